@@ -1,0 +1,12 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds, makes the demo data file if there is none, and starts Tessorin on it.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+bash scripts/install-deps.sh
+bash scripts/build.sh build
+demo="${TESSORIN_DEMO:-$HOME/Documents/tessorin/Demo_Rabbits.cav}"
+mkdir -p "$(dirname "$demo")"
+if [ ! -f "$demo" ]; then
+  build/src/cli/tessorin-cli demo "$demo"
+fi
+build/src/cli/tessorin-cli info "$demo"

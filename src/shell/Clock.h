@@ -1,0 +1,9 @@
+// The one clock of the program, so that tests and `tessorin-cli --today` can fix the day.
+#pragma once
+
+#include <QDate>
+#include <QDateTime>
+
+QDate Today();
+QDateTime Now();
+void SetFixedToday(const QDate& day); // an invalid date returns to the real clock

@@ -1,0 +1,49 @@
+// The dialog service: every message box, question, input box, file dialog and "open this folder or
+// page" goes through it, so that logic never shows a widget itself and tests can answer ahead of time.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <memory>
+
+namespace Ui {
+
+enum class Buttons { Ok, OkCancel, YesNo, YesNoCancel, RetryCancel, AbortRetryIgnore };
+enum class Icon { None, Information, Exclamation, Critical, Question };
+enum class Answer { Ok, Cancel, Yes, No, Retry, Abort, Ignore };
+
+class Service {
+public:
+    virtual ~Service() = default;
+    virtual Answer message(const QString& text, Buttons buttons, Icon icon, const QString& title) = 0;
+    // Returns "" on Cancel, as an input box does.
+    virtual QString input(const QString& prompt, const QString& title, const QString& defaultText) = 0;
+    // Filters in the design's form, "Data files (*.cav)|*.cav|All files (*.*)|*.*". "" on Cancel.
+    virtual QString openFile(const QString& title, const QString& filter, const QString& folder) = 0;
+    virtual QString saveFile(const QString& title, const QString& filter, const QString& folder,
+                             const QString& defaultName) = 0;
+    virtual QString chooseFolder(const QString& title, const QString& folder) = 0;
+    virtual void showPath(const QString& pathOrUrl) = 0;
+    // A status line such as the chooser's label; "" clears it.
+    virtual void status(const QString& text) = 0;
+};
+
+// The installed service. Until one is installed, a silent one answers Ok/"" to everything.
+Service& service();
+void install(std::unique_ptr<Service> s);
+
+// Shorthands for the installed service.
+Answer message(const QString& text, Buttons buttons = Buttons::Ok, Icon icon = Icon::None,
+               const QString& title = QString());
+QString input(const QString& prompt, const QString& title = QString(), const QString& defaultText = QString());
+QString openFile(const QString& title, const QString& filter, const QString& folder = QString());
+QString saveFile(const QString& title, const QString& filter, const QString& folder = QString(),
+                 const QString& defaultName = QString());
+QString chooseFolder(const QString& title, const QString& folder = QString());
+void showPath(const QString& pathOrUrl);
+void status(const QString& text);
+
+// "Data files (*.cav)|*.cav|All files (*.*)|*.*" -> "Data files (*.cav);;All files (*)"
+QString qtFilter(const QString& designFilter);
+
+} // namespace Ui

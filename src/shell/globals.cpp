@@ -1,0 +1,9 @@
+#include "shell/globals.h"
+
+Database gDatabase;
+QString gDatabaseFile;
+QString gDatabasePassword;
+User gUser;
+bool gAutoOpened = false;
+bool gFormsLoaded = false;
+bool EditMode = false;

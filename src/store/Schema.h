@@ -1,0 +1,20 @@
+// The tables of a data file: the statements that make them, in the order the integrity check runs them.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace Schema {
+
+struct TableStatement {
+    QString table;
+    QString createStatement;
+};
+
+// tree, cavyuser, soldstock, Breeding, weights, print, contacts, vaccinations, reminders,
+// expenditure, shows, journal.
+const QList<TableStatement>& Tables();
+QString CreateStatement(const QString& table); // any letter case; "" when unknown
+extern const QString kSettingsRowInsert;      // the INSERT that makes row 1 of cavyuser
+
+} // namespace Schema
