@@ -7,3 +7,4 @@
 QDate Today();
 QDateTime Now();
 void SetFixedToday(const QDate& day); // an invalid date returns to the real clock
+QDate FixedToday();                   // the fixed day, invalid while the real clock runs

@@ -2,6 +2,7 @@
 // A failing write is swallowed: the program never stops on a full disk or a locked log.
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 
 void LogSave(const QString& text);
@@ -11,3 +12,4 @@ void DeleteErrorLog();
 QString SaveLogPath();
 QString ErrorLogPath();
 QString LogLine(const QString& text); // the line as written, without its line break
+QString LogLine(const QString& text, const QDateTime& when);

@@ -31,6 +31,8 @@ public:
 // The installed service. Until one is installed, a silent one answers Ok/"" to everything.
 Service& service();
 void install(std::unique_ptr<Service> s);
+// Installs s (nullptr: the silent one) and hands back the service it replaces, nullptr for the silent one.
+std::unique_ptr<Service> replace(std::unique_ptr<Service> s);
 
 // Shorthands for the installed service.
 Answer message(const QString& text, Buttons buttons = Buttons::Ok, Icon icon = Icon::None,

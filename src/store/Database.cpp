@@ -4,6 +4,7 @@
 #include "store/Connection.h"
 
 #include <QFileInfo>
+#include <algorithm>
 #include <vector>
 
 using jet::ColumnDef;
@@ -508,11 +509,18 @@ bool TableIndexes::contains(const QString& name) const
 void TableIndexes::Append(const Index& index)
 {
     m_connection->countSchemaCall();
-    if (contains(index.Name))
-        throw JetError(3284, QStringLiteral("Index already exists."));
     if (index.Fields.isEmpty())
         throw JetError::invalidOperation();
     QVector<ColumnDef> defs = m_connection->columnDefs(m_table);
+    // An auto-numbered column is the table's key already and answers to "PrimaryKey".
+    const bool alreadyKey = index.Primary && index.Fields.size() == 1 &&
+                            std::any_of(defs.begin(), defs.end(), [&](const ColumnDef& d) {
+                                return d.primaryKey && d.name.compare(index.Fields[0], Qt::CaseInsensitive) == 0;
+                            });
+    if (alreadyKey)
+        return;
+    if (contains(index.Name))
+        throw JetError(3284, QStringLiteral("Index already exists."));
     if (index.Primary) {
         if (index.Fields.size() != 1)
             throw JetError::invalidOperation();
@@ -525,8 +533,6 @@ void TableIndexes::Append(const Index& index)
         }
         if (keyColumn < 0)
             throw JetError::itemNotFound();
-        if (defs[keyColumn].primaryKey)
-            return; // an auto-numbered column is already the table's key
         defs[keyColumn].primaryKey = true;
         if (defs[keyColumn].type == jet::dbLong)
             defs[keyColumn].autoIncrement = true;

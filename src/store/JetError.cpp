@@ -61,3 +61,8 @@ JetError JetError::fieldInIndex()
 {
     return {3280, QStringLiteral("Can't delete a field that is part of an index or is needed by the system.")};
 }
+JetError JetError::valuesCountMismatch()
+{
+    return {3346, QStringLiteral("Number of query values and destination fields are not the same.")};
+}
+JetError JetError::syntaxInAlterTable() { return {3293, QStringLiteral("Syntax error in ALTER TABLE statement.")}; }

@@ -39,6 +39,8 @@ public:
     static JetError readOnly();                               // 3027
     static JetError duplicateValues();                        // 3022
     static JetError fieldInIndex();                           // 3280
+    static JetError valuesCountMismatch();                    // 3346
+    static JetError syntaxInAlterTable();                     // 3293
 
 private:
     int m_number;

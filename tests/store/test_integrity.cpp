@@ -86,6 +86,7 @@ TEST_F(Integrity, AFileWithTheCurrentStampOpensWithNoSchemaCall)
         Database db = makeFile(QStringLiteral("new.cav"));
         CheckDatabase(db, false, false);
     }
+    env->ui().clear();
     Database db = OpenWithPassword(path(QStringLiteral("new.cav")));
     const qint64 before = db.schemaCallCount();
     CheckDatabase(db, false, false);

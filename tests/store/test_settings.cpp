@@ -114,6 +114,7 @@ TEST_F(Settings, APrefixThatCannotBeSavedSaysSo)
 {
     User u;
     db.Close();
+    env->ui().clear();
     u.savePrefixes(db);
     const auto calls = env->ui().calls();
     ASSERT_EQ(calls.size(), 1);

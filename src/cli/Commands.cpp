@@ -1,0 +1,398 @@
+#include "cli/Commands.h"
+
+#include "cli/Generator.h"
+#include "shell/Clock.h"
+#include "shell/OpenDataFile.h"
+#include "shell/globals.h"
+#include "store/DataFile.h"
+#include "store/IntegrityCheck.h"
+#include "store/Schema.h"
+#include "store/SpeciesPresets.h"
+#include "store/User.h"
+
+#include <QDate>
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <cmath>
+#include <stdexcept>
+
+namespace {
+
+// A failure that ends the command with a message; the code says whose fault it was.
+struct CliFailure {
+    int code;
+    QString message;
+};
+
+[[noreturn]] void usage(const QString& message) { throw CliFailure{kExitUsage, message}; }
+[[noreturn]] void fail(const QString& message) { throw CliFailure{kExitFailed, message}; }
+
+// The words of one command after its name: positional arguments and --options.
+class CommandLine {
+public:
+    CommandLine(QString command, const QStringList& words, const QStringList& valueOptions, const QStringList& flags)
+        : m_command(std::move(command))
+    {
+        for (qsizetype i = 0; i < words.size(); ++i) {
+            const QString& w = words.at(i);
+            if (w.startsWith(QLatin1String("--")) && w.size() > 2) {
+                const QString name = w.mid(2);
+                if (valueOptions.contains(name)) {
+                    if (i + 1 >= words.size())
+                        usage(QStringLiteral("Option --%1 of %2 needs a value").arg(name, m_command));
+                    m_values.insert(name, words.at(++i));
+                } else if (flags.contains(name)) {
+                    m_flags << name;
+                } else {
+                    usage(QStringLiteral("Unknown option %1 for %2").arg(w, m_command));
+                }
+            } else {
+                m_positional << w;
+            }
+        }
+    }
+
+    // Exactly these positional arguments, by name for the message.
+    void expect(const QStringList& names) const
+    {
+        if (m_positional.size() < names.size())
+            usage(QStringLiteral("%1 needs %2").arg(m_command, names.join(QLatin1Char(' '))));
+        if (m_positional.size() > names.size())
+            usage(QStringLiteral("Too many arguments for %1: %2").arg(m_command, m_positional.at(names.size())));
+    }
+
+    QString at(int i) const { return m_positional.at(i); }
+    bool flag(const QString& name) const { return m_flags.contains(name); }
+    bool has(const QString& name) const { return m_values.contains(name); }
+
+    long long number(const QString& name, long long fallback, long long low, long long high) const
+    {
+        if (!m_values.contains(name))
+            return fallback;
+        bool ok = false;
+        const long long n = m_values.value(name).toLongLong(&ok);
+        if (!ok || n < low || n > high)
+            usage(QStringLiteral("--%1 must be a whole number from %2 to %3, not \"%4\"")
+                      .arg(name)
+                      .arg(low)
+                      .arg(high)
+                      .arg(m_values.value(name)));
+        return n;
+    }
+
+private:
+    QString m_command;
+    QStringList m_positional, m_flags;
+    QHash<QString, QString> m_values;
+};
+
+QString jetMessage(const JetError& e)
+{
+    // One line, whatever the engine's text holds.
+    QString description = e.description();
+    description.replace(QLatin1Char('\n'), QLatin1Char(' '));
+    return QStringLiteral("Error %1: %2").arg(e.number()).arg(description);
+}
+
+Database openExisting(const QString& path)
+{
+    if (!QFileInfo(path).isFile())
+        fail(QStringLiteral("No data file at %1").arg(path));
+    return OpenWithPassword(path);
+}
+
+QString absolute(const QString& path) { return QFileInfo(path).absoluteFilePath(); }
+
+// Makes the file and opens it as the program opens a data file, which gives it its tables, settings
+// row and version stamp. The file is the session's gDatabase afterwards.
+void createAndOpen(const QString& path)
+{
+    const QFileInfo info(path);
+    if (info.exists())
+        fail(QStringLiteral("Cannot create %1: the file exists").arg(path));
+    if (!info.absoluteDir().exists())
+        fail(QStringLiteral("Cannot create %1: no folder %2").arg(path, info.absolutePath()));
+    if (!CreateDataFile(info.fileName(), info.absolutePath() + QLatin1Char('/')))
+        fail(QStringLiteral("Cannot create %1").arg(path));
+    if (!OpenDataFile(info.absoluteFilePath())) {
+        QFile::remove(info.absoluteFilePath());
+        fail(QStringLiteral("Cannot open %1 after creating it").arg(path));
+    }
+}
+
+// Runs work on a file this command has just made; on any failure the half-made file goes again, so
+// that a rerun with the same path works.
+template <typename Work> void onNewFile(const QString& path, Work work)
+{
+    createAndOpen(path);
+    try {
+        work();
+        CloseDatabase();
+    } catch (...) {
+        CloseDatabase();
+        QFile::remove(absolute(path));
+        throw;
+    }
+}
+
+bool isSelect(const QString& statement)
+{
+    static const QRegularExpression select(QStringLiteral("^\\s*select\\b"), QRegularExpression::CaseInsensitiveOption);
+    return select.match(statement).hasMatch();
+}
+
+int cmdNew(const CommandLine& cl, QTextStream&)
+{
+    cl.expect({QStringLiteral("PATH")});
+    onNewFile(cl.at(0), [] {});
+    return kExitOk;
+}
+
+int cmdCheck(const CommandLine& cl, QTextStream&)
+{
+    cl.expect({QStringLiteral("PATH")});
+    Database db = openExisting(cl.at(0));
+    CheckDatabase(db, cl.flag(QStringLiteral("force")), false);
+    db.Close();
+    return kExitOk;
+}
+
+int cmdSql(const CommandLine& cl, QTextStream& out)
+{
+    cl.expect({QStringLiteral("PATH"), QStringLiteral("STATEMENT")});
+    Database db = openExisting(cl.at(0));
+    const QString statement = cl.at(1);
+    if (!isSelect(statement)) {
+        const int n = db.Execute(statement);
+        out << "rows affected: " << n << '\n';
+        db.Close();
+        return kExitOk;
+    }
+    Recordset rs = db.OpenRecordset(statement);
+    QStringList header;
+    for (int i = 0; i < rs.FieldCount(); ++i)
+        header << EscapeField(rs.FieldName(i));
+    out << header.join(QLatin1Char('\t')) << '\n';
+    QStringList row;
+    while (!rs.Eof()) {
+        row.clear();
+        for (int i = 0; i < rs.FieldCount(); ++i)
+            row << FormatField(rs.Fields(i));
+        out << row.join(QLatin1Char('\t')) << '\n';
+        rs.MoveNext();
+    }
+    rs.Close();
+    db.Close();
+    return kExitOk;
+}
+
+int cmdSettings(const CommandLine& cl, QTextStream& out)
+{
+    cl.expect({QStringLiteral("PATH")});
+    Database db = openExisting(cl.at(0));
+    User user;
+    user.read(db);
+    db.Close();
+    for (const auto& [name, value] : user.properties())
+        out << name << '\t' << EscapeField(value) << '\n';
+    return kExitOk;
+}
+
+int cmdInfo(const CommandLine& cl, QTextStream& out)
+{
+    cl.expect({QStringLiteral("PATH")});
+    Database db = openExisting(cl.at(0));
+    out << "program\t" << ProgramVersionText() << '\n';
+    out << "version\t" << EscapeField(GetVersionText(db)) << '\n';
+    out << "path\t" << EscapeField(absolute(cl.at(0))) << '\n';
+    for (const Schema::TableStatement& t : Schema::Tables()) {
+        out << t.table << '\t';
+        if (db.hasTable(t.table)) {
+            Recordset rs = db.OpenRecordset(QStringLiteral("SELECT Count(*) AS n FROM ") + t.table);
+            out << FormatField(rs.Fields(0));
+        } else {
+            out << "\\N"; // a file of an older format that never got the table
+        }
+        out << '\n';
+    }
+    db.Close();
+    return kExitOk;
+}
+
+int cmdGenerate(const CommandLine& cl, QTextStream&)
+{
+    cl.expect({QStringLiteral("PATH")});
+    if (!cl.has(QStringLiteral("animals")))
+        usage(QStringLiteral("generate needs --animals N"));
+    GenerateOptions options;
+    options.animals = int(cl.number(QStringLiteral("animals"), 0, 1, 10'000'000));
+    options.generations = int(cl.number(QStringLiteral("generations"), 8, 1, 1000));
+    options.seed = quint32(cl.number(QStringLiteral("seed"), 1, 0, 4294967295LL));
+    onNewFile(cl.at(0), [&] { GenerateStud(gDatabase, options); });
+    return kExitOk;
+}
+
+int cmdDemo(const CommandLine& cl, QTextStream&)
+{
+    cl.expect({QStringLiteral("PATH")});
+    const quint32 seed = quint32(cl.number(QStringLiteral("seed"), 1, 0, 4294967295LL));
+    onNewFile(cl.at(0), [&] {
+        const SpeciesPreset* rabbit = FindSpeciesPreset(QStringLiteral("Rabbit"));
+        User user = gUser;
+        ApplyDemoSettings(user, *rabbit);
+        if (!SaveSettingsToFile(gDatabase, user))
+            fail(QStringLiteral("Cannot save the settings of %1").arg(cl.at(0)));
+        ReadUserSettings(); // the dates written as text follow the country just saved
+        GenerateOptions options;
+        options.animals = 120;
+        options.generations = 5;
+        options.seed = seed;
+        options.gestation = gUser.Gestation;
+        options.weightMeasure = gUser.WeightMeasure;
+        for (int i = 0; i < 12; ++i) {
+            if (gUser.CustomName[size_t(i)].compare(QLatin1String("weight"), Qt::CaseInsensitive) == 0) {
+                options.weightCustomField = i + 1;
+                break;
+            }
+        }
+        GenerateStud(gDatabase, options);
+    });
+    return kExitOk;
+}
+
+} // namespace
+
+QString EscapeField(const QString& text)
+{
+    QString s;
+    s.reserve(text.size());
+    for (const QChar c : text) {
+        switch (c.unicode()) {
+        case '\\': s += QLatin1String("\\\\"); break;
+        case '\t': s += QLatin1String("\\t"); break;
+        case '\n': s += QLatin1String("\\n"); break;
+        case '\r': s += QLatin1String("\\r"); break;
+        default: s += c;
+        }
+    }
+    return s;
+}
+
+QString FormatField(const QVariant& value)
+{
+    if (!value.isValid() || value.isNull())
+        return QStringLiteral("\\N");
+    switch (value.typeId()) {
+    case QMetaType::QDateTime:
+    case QMetaType::QDate: {
+        const QDateTime dt = value.toDateTime();
+        const QTime t = dt.time();
+        return t.isValid() && t != QTime(0, 0) ? dt.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"))
+                                               : dt.date().toString(QStringLiteral("yyyy-MM-dd"));
+    }
+    case QMetaType::Bool: return value.toBool() ? QStringLiteral("-1") : QStringLiteral("0");
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::Short:
+    case QMetaType::LongLong: return QString::number(value.toLongLong());
+    case QMetaType::ULongLong: return QString::number(value.toULongLong());
+    case QMetaType::Double:
+    case QMetaType::Float: {
+        const double d = value.toDouble();
+        if (std::isfinite(d) && d == std::trunc(d) && std::fabs(d) < 1e15)
+            return QString::number(qint64(d));
+        return QString::number(d, 'g', 15);
+    }
+    case QMetaType::QByteArray: return EscapeField(QString::fromUtf8(value.toByteArray()));
+    default: return EscapeField(value.toString());
+    }
+}
+
+QString UsageText()
+{
+    return QStringLiteral(
+        "Usage: tessorin-cli [--today YYYY-MM-DD] COMMAND ...\n"
+        "\n"
+        "Commands:\n"
+        "  new PATH                  make a data file with its tables, settings row and version stamp\n"
+        "  check PATH [--force]      run the integrity check (always with --force, else only when the\n"
+        "                            file's version differs from the program's)\n"
+        "  sql PATH STATEMENT        run one statement; a SELECT prints a header line and its rows,\n"
+        "                            anything else prints \"rows affected: N\"\n"
+        "  settings PATH             the settings of the file, one Name<TAB>value a line\n"
+        "  info PATH                 program and file version, path, and the rows of each table\n"
+        "  generate PATH --animals N [--generations G] [--seed S]\n"
+        "                            a new data file holding a synthetic stud (8 generations, seed 1)\n"
+        "  demo PATH [--seed S]      a new data file with a small rabbit stud and its settings filled\n"
+        "\n"
+        "--today fixes the program's day. Output is one record a line, fields separated by a tab, Null\n"
+        "as \\N; in a field a backslash, tab and line break are written \\\\, \\t and \\n.\n"
+        "Exit status: 0 done, 1 failed, 2 wrong command line; the reason is one line on stderr.\n");
+}
+
+int RunCli(const QStringList& arguments, QTextStream& out, QTextStream& err)
+{
+    try {
+        QStringList words;
+        for (qsizetype i = 0; i < arguments.size(); ++i) {
+            const QString& a = arguments.at(i);
+            QString day;
+            if (a == QLatin1String("--today")) {
+                if (i + 1 >= arguments.size())
+                    usage(QStringLiteral("--today needs a date, YYYY-MM-DD"));
+                day = arguments.at(++i);
+            } else if (a.startsWith(QLatin1String("--today="))) {
+                day = a.mid(8);
+            } else {
+                words << a;
+                continue;
+            }
+            static const QRegularExpression iso(QStringLiteral("^\\d{4}-\\d{2}-\\d{2}$"));
+            const QDate d = QDate::fromString(day, QStringLiteral("yyyy-MM-dd"));
+            if (!iso.match(day).hasMatch() || !d.isValid())
+                usage(QStringLiteral("--today needs a date as YYYY-MM-DD, not \"%1\"").arg(day));
+            SetFixedToday(d);
+        }
+        if (words.isEmpty())
+            usage(QStringLiteral("No command given; tessorin-cli --help lists them"));
+        const QString command = words.takeFirst();
+        if (command == QLatin1String("--help") || command == QLatin1String("-h") || command == QLatin1String("help")) {
+            out << UsageText();
+            return kExitOk;
+        }
+        const QStringList none;
+        if (command == QLatin1String("new"))
+            return cmdNew(CommandLine(command, words, none, none), out);
+        if (command == QLatin1String("check"))
+            return cmdCheck(CommandLine(command, words, none, {QStringLiteral("force")}), out);
+        if (command == QLatin1String("sql"))
+            return cmdSql(CommandLine(command, words, none, none), out);
+        if (command == QLatin1String("settings"))
+            return cmdSettings(CommandLine(command, words, none, none), out);
+        if (command == QLatin1String("info"))
+            return cmdInfo(CommandLine(command, words, none, none), out);
+        if (command == QLatin1String("generate")) {
+            const QStringList options = {QStringLiteral("animals"), QStringLiteral("generations"),
+                                         QStringLiteral("seed")};
+            return cmdGenerate(CommandLine(command, words, options, none), out);
+        }
+        if (command == QLatin1String("demo"))
+            return cmdDemo(CommandLine(command, words, {QStringLiteral("seed")}, none), out);
+        usage(QStringLiteral("Unknown command \"%1\"; tessorin-cli --help lists them").arg(command));
+    } catch (const CliFailure& f) {
+        out.flush();
+        err << f.message << '\n';
+        return f.code;
+    } catch (const JetError& e) {
+        out.flush();
+        err << jetMessage(e) << '\n';
+        return kExitFailed;
+    } catch (const std::exception& e) {
+        out.flush();
+        err << "Error: " << e.what() << '\n';
+        return kExitFailed;
+    }
+}
