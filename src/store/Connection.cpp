@@ -1,6 +1,7 @@
 #include "store/Connection.h"
 
 #include <QRegularExpression>
+#include <optional>
 
 namespace jet {
 
@@ -120,16 +121,142 @@ void Connection::exec(const QString& sqliteSql, StatementKind kind)
         fail(rc, kind, sqliteSql);
 }
 
+namespace {
+
+// The statements of the program differ mostly in their text literals ("... WHERE name = 'Ash'").
+// A data statement is cached by its shape, each literal standing as a numbered marker, and the
+// literals are bound as parameters, so one translation and one prepared statement serve every name.
+constexpr char16_t kMarker = u'\u0001';
+
+struct Shape {
+    QString text;
+    QStringList literals;
+};
+
+bool isDataStatement(const QString& sql)
+{
+    qsizetype i = 0;
+    while (i < sql.size() && sql[i].isSpace())
+        ++i;
+    const QStringView head = QStringView(sql).mid(i, 6);
+    return head.compare(u"SELECT", Qt::CaseInsensitive) == 0 || head.compare(u"INSERT", Qt::CaseInsensitive) == 0 ||
+           head.compare(u"UPDATE", Qt::CaseInsensitive) == 0 || head.compare(u"DELETE", Qt::CaseInsensitive) == 0;
+}
+
+std::optional<Shape> shapeOf(const QString& sql)
+{
+    if (!isDataStatement(sql) || sql.contains(QChar(kMarker)))
+        return std::nullopt;
+    Shape shape;
+    shape.text.reserve(sql.size());
+    const qsizetype n = sql.size();
+    for (qsizetype i = 0; i < n;) {
+        const QChar c = sql[i];
+        if (c == QLatin1Char('[') || c == QLatin1Char('#') || c == QLatin1Char('"')) {
+            // Names and dates pass as they are; an unclosed one is the translator's to refuse.
+            const QChar close = c == QLatin1Char('[') ? QLatin1Char(']') : c;
+            const qsizetype end = sql.indexOf(close, i + 1);
+            if (end < 0)
+                return std::nullopt;
+            shape.text += QStringView(sql).mid(i, end + 1 - i);
+            i = end + 1;
+        } else if (c == QLatin1Char('\'')) {
+            QString value;
+            qsizetype j = i + 1;
+            for (;; ++j) {
+                if (j >= n)
+                    return std::nullopt;
+                if (sql[j] == QLatin1Char('\'')) {
+                    if (j + 1 < n && sql[j + 1] == QLatin1Char('\'')) {
+                        value += QLatin1Char('\'');
+                        ++j;
+                        continue;
+                    }
+                    break;
+                }
+                value += sql[j];
+            }
+            shape.literals << value;
+            shape.text += QLatin1Char('\'') + QChar(kMarker) + QString::number(shape.literals.size()) + QLatin1Char('\'');
+            i = j + 1;
+        } else {
+            shape.text += c;
+            ++i;
+        }
+    }
+    return shape;
+}
+
+// Puts "?N" where the translator left a marker literal; nothing when it did not keep each one whole.
+std::optional<QString> withParameters(const QString& sql, int count)
+{
+    QString out;
+    out.reserve(sql.size());
+    int seen = 0;
+    for (qsizetype i = 0; i < sql.size(); ++i) {
+        if (sql[i] == QChar(kMarker)) {
+            if (i == 0 || sql[i - 1] != QLatin1Char('\''))
+                return std::nullopt;
+            qsizetype j = i + 1;
+            while (j < sql.size() && sql[j].isDigit())
+                ++j;
+            if (j >= sql.size() || sql[j] != QLatin1Char('\''))
+                return std::nullopt;
+            out.chop(1);
+            out += QLatin1Char('?') + QStringView(sql).mid(i + 1, j - i - 1);
+            i = j;
+            ++seen;
+        } else {
+            out += sql[i];
+        }
+    }
+    if (seen < count)
+        return std::nullopt;
+    return out;
+}
+
+} // namespace
+
 PreparedStatement* Connection::acquire(const QString& jetSql)
 {
     requireOpen();
-    auto it = m_cache.find(jetSql);
+    const std::optional<Shape> shape = shapeOf(jetSql);
+    const QString& key = shape ? shape->text : jetSql;
+    const QStringList literals = shape ? shape->literals : QStringList();
+
+    auto bind = [&](PreparedStatement* p) {
+        p->parameters = literals;
+        const int declared = sqlite3_bind_parameter_count(p->stmt);
+        for (int i = 0; i < p->parameters.size() && i < declared; ++i) {
+            const QString& v = p->parameters[i];
+            sqlite3_bind_text16(p->stmt, i + 1, v.utf16(), int(v.size() * sizeof(char16_t)), SQLITE_STATIC);
+        }
+        return p;
+    };
+
+    auto it = m_cache.find(key);
     if (it != m_cache.end() && !it.value()->inUse && it.value()->stmt) {
         it.value()->inUse = true;
-        return it.value();
+        return bind(it.value());
     }
 
-    Translation t = translate(jetSql, [this](const QString& table) { return columns(table); });
+    const SchemaLookup lookup = [this](const QString& table) { return columns(table); };
+    Translation t;
+    bool parameterised = false;
+    if (shape) {
+        try {
+            t = translate(shape->text, lookup);
+            if (auto sql = withParameters(t.sql, int(literals.size()))) {
+                t.sql = *sql;
+                parameterised = true;
+            }
+        } catch (const JetError&) {
+            // Said again below from the statement as written, so the error names its own text.
+        }
+    }
+    if (!parameterised)
+        t = translate(jetSql, lookup);
+
     sqlite3_stmt* stmt = nullptr;
     const char16_t* tail = nullptr;
     const QString& sql = t.sql;
@@ -150,8 +277,15 @@ PreparedStatement* Connection::acquire(const QString& jetSql)
         }
     }
 
-    auto* p = new PreparedStatement{std::move(t), stmt, true};
-    if (it == m_cache.end()) {
+    auto* p = new PreparedStatement;
+    p->translation = std::move(t);
+    p->stmt = stmt;
+    p->inUse = true;
+    const QString cacheKey = parameterised ? key : jetSql;
+    if (m_cache.contains(cacheKey)) {
+        // The cached one is busy (a nested recordset on the same text): this one is used once.
+        p->cached = false;
+    } else {
         if (m_cache.size() >= kMaxCachedStatements) {
             for (auto c = m_cache.begin(); c != m_cache.end();) {
                 if (!c.value()->inUse) {
@@ -162,12 +296,30 @@ PreparedStatement* Connection::acquire(const QString& jetSql)
                     ++c;
             }
         }
-        m_cache.insert(jetSql, p);
-    } else {
-        // The cached one is busy (a nested recordset on the same text): this one is used once.
-        p->cached = false;
+        m_cache.insert(cacheKey, p);
     }
-    return p;
+    if (!parameterised)
+        return p;
+    return bind(p);
+}
+
+void Connection::describe(PreparedStatement* p)
+{
+    if (p->described)
+        return;
+    const int n = sqlite3_column_count(p->stmt);
+    p->names.reserve(n);
+    p->types.reserve(n);
+    for (int i = 0; i < n; ++i) {
+        const QString name = QString::fromUtf16(static_cast<const char16_t*>(sqlite3_column_name16(p->stmt, i)));
+        p->names.push_back(name);
+        const QString lower = name.toLower();
+        if (!p->byName.contains(lower)) // Jet reaches the first of two equal names
+            p->byName.insert(lower, i);
+        const char* decl = sqlite3_column_decltype(p->stmt, i);
+        p->types.push_back(decl ? jet::typeForDeclaration(QString::fromUtf8(decl)) : 0);
+    }
+    p->described = true;
 }
 
 void Connection::release(PreparedStatement* p)
@@ -180,6 +332,7 @@ void Connection::release(PreparedStatement* p)
     }
     sqlite3_reset(p->stmt);
     sqlite3_clear_bindings(p->stmt);
+    p->parameters.clear();
     if (p->cached) {
         p->inUse = false;
     } else {

@@ -13,6 +13,12 @@ namespace jet {
 struct PreparedStatement {
     Translation translation;
     sqlite3_stmt* stmt = nullptr;
+    QStringList parameters; // the text literals of this use, bound as ?1, ?2 ...
+    // The result columns, worked out once per prepared statement.
+    bool described = false;
+    QVector<QString> names;
+    QVector<int> types;
+    QHash<QString, int> byName;
     bool inUse = false;
     bool cached = true; // false for a one-off copy made while the cached one was busy
 };
@@ -43,6 +49,7 @@ public:
     // A prepared statement for a Jet text, from the cache when it is idle there. The caller gives it
     // back with release().
     PreparedStatement* acquire(const QString& jetSql);
+    void describe(PreparedStatement* p);
     void release(PreparedStatement* p);
 
     // Runs SQLite text directly (internal statements: pragmas, rebuilds). Throws JetError.

@@ -705,18 +705,10 @@ Recordset Database::OpenRecordset(const QString& sql)
     auto cursor = std::make_unique<jet::Cursor>();
     cursor->connection = m_connection;
     cursor->statement = p;
-    const int n = sqlite3_column_count(p->stmt);
-    cursor->names.reserve(n);
-    cursor->types.reserve(n);
-    for (int i = 0; i < n; ++i) {
-        const QString name = QString::fromUtf16(static_cast<const char16_t*>(sqlite3_column_name16(p->stmt, i)));
-        cursor->names.push_back(name);
-        const QString lower = name.toLower();
-        if (!cursor->byName.contains(lower)) // Jet reaches the first of two equal names
-            cursor->byName.insert(lower, i);
-        const char* decl = sqlite3_column_decltype(p->stmt, i);
-        cursor->types.push_back(decl ? jet::typeForDeclaration(QString::fromUtf8(decl)) : 0);
-    }
+    m_connection->describe(p);
+    cursor->names = p->names;
+    cursor->types = p->types;
+    cursor->byName = p->byName;
     cursor->fetchTo(0);
     return Recordset(std::move(cursor));
 }

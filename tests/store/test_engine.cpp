@@ -245,3 +245,38 @@ TEST_F(Engine, CreatingOverAFileAndOpeningNoDatabaseFail)
 }
 
 } // namespace
+
+namespace {
+
+class Literals : public StoreTest {};
+
+// Statements that differ only in their text literals share one prepared statement; each use must
+// still see its own literals, also while another use of the same shape is open.
+TEST_F(Literals, EachUseOfASharedShapeSeesItsOwnText)
+{
+    Database db = Database::CreateDatabase(path(QStringLiteral("l.cav")));
+    db.Execute(QStringLiteral("CREATE TABLE tree (id COUNTER PRIMARY KEY, name STRING, ps STRING)"));
+    db.Execute(QStringLiteral("INSERT INTO tree (name, ps) VALUES ('Ash', 'Oak')"));
+    db.Execute(QStringLiteral("INSERT INTO tree (name, ps) VALUES ('It''s Birch', 'Ash')"));
+    db.Execute(QStringLiteral("INSERT INTO tree (name, ps) VALUES ('#1 [x]', '')"));
+
+    auto sire = [&](const QString& name) {
+        Recordset rs = db.OpenRecordset(QStringLiteral("SELECT ps FROM tree WHERE name = '") + name + QStringLiteral("'"));
+        return rs.Eof() ? QStringLiteral("<none>") : rs.Fields(0).toString();
+    };
+    EXPECT_EQ(sire(QStringLiteral("Ash")), QStringLiteral("Oak"));
+    EXPECT_EQ(sire(QStringLiteral("It''s Birch")), QStringLiteral("Ash"));
+    EXPECT_EQ(sire(QStringLiteral("#1 [x]")), QString());
+    EXPECT_EQ(sire(QStringLiteral("Nobody")), QStringLiteral("<none>"));
+
+    Recordset outer = db.OpenRecordset(QStringLiteral("SELECT name FROM tree WHERE ps = 'Oak'"));
+    Recordset inner = db.OpenRecordset(QStringLiteral("SELECT name FROM tree WHERE ps = 'Ash'"));
+    EXPECT_EQ(outer.Fields(0).toString(), QStringLiteral("Ash"));
+    EXPECT_EQ(inner.Fields(0).toString(), QStringLiteral("It's Birch"));
+
+    EXPECT_EQ(db.Execute(QStringLiteral("UPDATE tree SET ps = 'Elm' WHERE name = 'Ash'")), 1);
+    EXPECT_EQ(db.Execute(QStringLiteral("UPDATE tree SET ps = 'Elm' WHERE name = 'Nobody'")), 0);
+    EXPECT_EQ(sire(QStringLiteral("Ash")), QStringLiteral("Elm"));
+}
+
+} // namespace
