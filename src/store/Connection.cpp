@@ -286,16 +286,8 @@ PreparedStatement* Connection::acquire(const QString& jetSql)
         // The cached one is busy (a nested recordset on the same text): this one is used once.
         p->cached = false;
     } else {
-        if (m_cache.size() >= kMaxCachedStatements) {
-            for (auto c = m_cache.begin(); c != m_cache.end();) {
-                if (!c.value()->inUse) {
-                    sqlite3_finalize(c.value()->stmt);
-                    delete c.value();
-                    c = m_cache.erase(c);
-                } else
-                    ++c;
-            }
-        }
+        if (m_cache.size() >= kMaxCachedStatements)
+            dropIdleStatements();
         m_cache.insert(cacheKey, p);
     }
     if (!parameterised)
@@ -341,9 +333,8 @@ void Connection::release(PreparedStatement* p)
     }
 }
 
-void Connection::schemaChanged()
+void Connection::dropIdleStatements()
 {
-    m_schema.clear();
     for (auto c = m_cache.begin(); c != m_cache.end();) {
         if (!c.value()->inUse) {
             sqlite3_finalize(c.value()->stmt);
@@ -353,6 +344,12 @@ void Connection::schemaChanged()
             ++c;
         }
     }
+}
+
+void Connection::schemaChanged()
+{
+    m_schema.clear();
+    dropIdleStatements();
 }
 
 QString Connection::actualTableName(const QString& table)

@@ -62,6 +62,7 @@ public:
     QStringList indexSql(const QString& table);    // CREATE INDEX texts of the table's own indexes
     void rebuildTable(const QString& table, const QVector<ColumnDef>& columns);
     void schemaChanged();
+    void dropIdleStatements();
     void countSchemaCall() { ++m_schemaCalls; }
     qint64 schemaCalls() const { return m_schemaCalls; }
 
