@@ -1,4 +1,5 @@
 #include "cli/Commands.h"
+#include "cli/CliSupport.h"
 
 #include "cli/Generator.h"
 #include "shell/Clock.h"
@@ -21,74 +22,6 @@
 
 namespace {
 
-// A failure that ends the command with a message; the code says whose fault it was.
-struct CliFailure {
-    int code;
-    QString message;
-};
-
-[[noreturn]] void usage(const QString& message) { throw CliFailure{kExitUsage, message}; }
-[[noreturn]] void fail(const QString& message) { throw CliFailure{kExitFailed, message}; }
-
-// The words of one command after its name: positional arguments and --options.
-class CommandLine {
-public:
-    CommandLine(QString command, const QStringList& words, const QStringList& valueOptions, const QStringList& flags)
-        : m_command(std::move(command))
-    {
-        for (qsizetype i = 0; i < words.size(); ++i) {
-            const QString& w = words.at(i);
-            if (w.startsWith(QLatin1String("--")) && w.size() > 2) {
-                const QString name = w.mid(2);
-                if (valueOptions.contains(name)) {
-                    if (i + 1 >= words.size())
-                        usage(QStringLiteral("Option --%1 of %2 needs a value").arg(name, m_command));
-                    m_values.insert(name, words.at(++i));
-                } else if (flags.contains(name)) {
-                    m_flags << name;
-                } else {
-                    usage(QStringLiteral("Unknown option %1 for %2").arg(w, m_command));
-                }
-            } else {
-                m_positional << w;
-            }
-        }
-    }
-
-    // Exactly these positional arguments, by name for the message.
-    void expect(const QStringList& names) const
-    {
-        if (m_positional.size() < names.size())
-            usage(QStringLiteral("%1 needs %2").arg(m_command, names.join(QLatin1Char(' '))));
-        if (m_positional.size() > names.size())
-            usage(QStringLiteral("Too many arguments for %1: %2").arg(m_command, m_positional.at(names.size())));
-    }
-
-    QString at(int i) const { return m_positional.at(i); }
-    bool flag(const QString& name) const { return m_flags.contains(name); }
-    bool has(const QString& name) const { return m_values.contains(name); }
-
-    long long number(const QString& name, long long fallback, long long low, long long high) const
-    {
-        if (!m_values.contains(name))
-            return fallback;
-        bool ok = false;
-        const long long n = m_values.value(name).toLongLong(&ok);
-        if (!ok || n < low || n > high)
-            usage(QStringLiteral("--%1 must be a whole number from %2 to %3, not \"%4\"")
-                      .arg(name)
-                      .arg(low)
-                      .arg(high)
-                      .arg(m_values.value(name)));
-        return n;
-    }
-
-private:
-    QString m_command;
-    QStringList m_positional, m_flags;
-    QHash<QString, QString> m_values;
-};
-
 QString jetMessage(const JetError& e)
 {
     // One line, whatever the engine's text holds.
@@ -97,12 +30,6 @@ QString jetMessage(const JetError& e)
     return QStringLiteral("Error %1: %2").arg(e.number()).arg(description);
 }
 
-Database openExisting(const QString& path)
-{
-    if (!QFileInfo(path).isFile())
-        fail(QStringLiteral("No data file at %1").arg(path));
-    return OpenWithPassword(path);
-}
 
 QString absolute(const QString& path) { return QFileInfo(path).absoluteFilePath(); }
 
@@ -265,6 +192,13 @@ int cmdDemo(const CommandLine& cl, QTextStream&)
 
 } // namespace
 
+Database openExisting(const QString& path)
+{
+    if (!QFileInfo(path).isFile())
+        fail(QStringLiteral("No data file at %1").arg(path));
+    return OpenWithPassword(path);
+}
+
 QString EscapeField(const QString& text)
 {
     QString s;
@@ -379,6 +313,14 @@ int RunCli(const QStringList& arguments, QTextStream& out, QTextStream& err)
                                          QStringLiteral("seed")};
             return cmdGenerate(CommandLine(command, words, options, none), out);
         }
+        if (command == QLatin1String("animal"))
+            return cmdAnimal(CommandLine(command, words, none, none), out);
+        if (command == QLatin1String("search")) {
+            const QStringList options = {QStringLiteral("field1"), QStringLiteral("field2"), QStringLiteral("value2")};
+            return cmdSearch(CommandLine(command, words, options, {QStringLiteral("contains"), QStringLiteral("current")}), out);
+        }
+        if (command == QLatin1String("title"))
+            return cmdTitle(CommandLine(command, words, none, none), out);
         if (command == QLatin1String("demo"))
             return cmdDemo(CommandLine(command, words, {QStringLiteral("seed")}, none), out);
         usage(QStringLiteral("Unknown command \"%1\"; tessorin-cli --help lists them").arg(command));

@@ -1,0 +1,2 @@
+#include "cli/CliSupport.h"
+int cmdAnimal(const CommandLine&, QTextStream&) { fail(QStringLiteral("not yet")); }

@@ -1,0 +1,88 @@
+// What the subcommands of tessorin-cli share: the parsed command line and the way a command fails.
+#pragma once
+
+#include "cli/Commands.h"
+#include "store/Database.h"
+
+#include <QHash>
+#include <QString>
+#include <QStringList>
+#include <QTextStream>
+
+// A failure that ends the command with a message; the code says whose fault it was.
+struct CliFailure {
+    int code;
+    QString message;
+};
+
+[[noreturn]] inline void usage(const QString& message) { throw CliFailure{kExitUsage, message}; }
+[[noreturn]] inline void fail(const QString& message) { throw CliFailure{kExitFailed, message}; }
+
+// The words of one command after its name: positional arguments and --options.
+class CommandLine {
+public:
+    CommandLine(QString command, const QStringList& words, const QStringList& valueOptions, const QStringList& flags)
+        : m_command(std::move(command))
+    {
+        for (qsizetype i = 0; i < words.size(); ++i) {
+            const QString& w = words.at(i);
+            if (w.startsWith(QLatin1String("--")) && w.size() > 2) {
+                const QString name = w.mid(2);
+                if (valueOptions.contains(name)) {
+                    if (i + 1 >= words.size())
+                        usage(QStringLiteral("Option --%1 of %2 needs a value").arg(name, m_command));
+                    m_values.insert(name, words.at(++i));
+                } else if (flags.contains(name)) {
+                    m_flags << name;
+                } else {
+                    usage(QStringLiteral("Unknown option %1 for %2").arg(w, m_command));
+                }
+            } else {
+                m_positional << w;
+            }
+        }
+    }
+
+    // Exactly these positional arguments, by name for the message.
+    void expect(const QStringList& names) const
+    {
+        if (m_positional.size() < names.size())
+            usage(QStringLiteral("%1 needs %2").arg(m_command, names.join(QLatin1Char(' '))));
+        if (m_positional.size() > names.size())
+            usage(QStringLiteral("Too many arguments for %1: %2").arg(m_command, m_positional.at(names.size())));
+    }
+
+    QString at(int i) const { return m_positional.at(i); }
+    bool flag(const QString& name) const { return m_flags.contains(name); }
+    bool has(const QString& name) const { return m_values.contains(name); }
+
+    long long number(const QString& name, long long fallback, long long low, long long high) const
+    {
+        if (!m_values.contains(name))
+            return fallback;
+        bool ok = false;
+        const long long n = m_values.value(name).toLongLong(&ok);
+        if (!ok || n < low || n > high)
+            usage(QStringLiteral("--%1 must be a whole number from %2 to %3, not \"%4\"")
+                      .arg(name)
+                      .arg(low)
+                      .arg(high)
+                      .arg(m_values.value(name)));
+        return n;
+    }
+
+private:
+    QString m_command;
+    QStringList m_positional, m_flags;
+    QHash<QString, QString> m_values;
+};
+
+
+// Opens an existing data file for a command, as the program opens it; fails with one line when it
+// cannot.
+Database openExisting(const QString& path);
+
+// The commands added by the record subsystem.
+int cmdAnimal(const CommandLine& cl, QTextStream& out);
+int cmdSearch(const CommandLine& cl, QTextStream& out);
+int cmdTitle(const CommandLine& cl, QTextStream& out);
