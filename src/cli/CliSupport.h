@@ -55,6 +55,7 @@ public:
     QString at(int i) const { return m_positional.at(i); }
     bool flag(const QString& name) const { return m_flags.contains(name); }
     bool has(const QString& name) const { return m_values.contains(name); }
+    QString value(const QString& name) const { return m_values.value(name); }
 
     long long number(const QString& name, long long fallback, long long low, long long high) const
     {

@@ -1,3 +1,51 @@
+// search and title: the record lists of the main window as a script reads them.
 #include "cli/CliSupport.h"
-int cmdSearch(const CommandLine&, QTextStream&) { fail(QStringLiteral("not yet")); }
-int cmdTitle(const CommandLine&, QTextStream&) { fail(QStringLiteral("not yet")); }
+
+#include "records/Lists.h"
+#include "records/Titles.h"
+#include "shell/OpenDataFile.h"
+#include "shell/globals.h"
+
+namespace {
+
+void openForList(const QString& path)
+{
+    if (!OpenDataFile(path))
+        fail(QStringLiteral("Cannot open the data file %1").arg(path));
+}
+
+} // namespace
+
+int cmdSearch(const CommandLine& cl, QTextStream& out)
+{
+    cl.expect({QStringLiteral("PATH"), QStringLiteral("VALUE1")});
+    if (cl.has(QStringLiteral("value2")) != cl.has(QStringLiteral("field2")))
+        usage(QStringLiteral("search needs --field2 and --value2 together"));
+    const QString field1 = cl.has(QStringLiteral("field1")) ? cl.value(QStringLiteral("field1")) : QStringLiteral("Status");
+    const QString value1 = cl.at(1);
+    openForList(cl.at(0));
+    Lists::ListSink searchList;
+    // A failed search leaves the list empty and is in the error log; the count line still tells.
+    Lists::FillSearchList(searchList, field1, value1, cl.value(QStringLiteral("field2")),
+                          cl.value(QStringLiteral("value2")),
+                          cl.flag(QStringLiteral("current")), cl.flag(QStringLiteral("contains")));
+    SearchResults.Close();
+    CloseDatabase();
+    for (const QString& item : std::as_const(searchList.items))
+        out << EscapeField(item) << '\n';
+    out << EscapeField(Lists::ResultsCountText(searchList.count(), value1)) << '\n';
+    return kExitOk;
+}
+
+int cmdTitle(const CommandLine& cl, QTextStream& out)
+{
+    cl.expect({QStringLiteral("PATH"), QStringLiteral("NAME")});
+    openForList(cl.at(0));
+    const QString name = cl.at(1);
+    const QStringList titles = SplitTitles(gUser.Prefix);
+    Lists::LoadTitles(gUser.Prefix);
+    CloseDatabase();
+    out << EscapeField(MatchTitle(titles, name)) << '\n';
+    out << EscapeField(Lists::RemoveTitle(name)) << '\n';
+    return kExitOk;
+}

@@ -42,13 +42,30 @@ static std::optional<QDateTime> storedDate(const QString& s)
     return QDateTime(date, time);
 }
 
+// A fetched row kept compact: its texts in one buffer, values made only when a field is read, so a
+// walk over a whole table does not build a value for every column of every row.
+struct StoredRow {
+    struct Cell {
+        int type = SQLITE_NULL;
+        int offset = 0;
+        int length = 0;
+        union {
+            qint64 integer;
+            double real;
+        };
+        Cell() : integer(0) {}
+    };
+    QByteArray bytes;
+    QVector<Cell> cells;
+};
+
 struct Cursor {
     std::shared_ptr<Connection> connection;
     PreparedStatement* statement = nullptr;
     QVector<QString> names;
     QHash<QString, int> byName; // lower-case name -> column
     QVector<int> types;         // Jet type by declaration, 0 when the column is an expression
-    std::vector<QVector<QVariant>> rows;
+    std::vector<StoredRow> rows;
     bool exhausted = false;
     qsizetype position = 0; // -1 before the first row, rows.size() after the last
 
@@ -62,17 +79,40 @@ struct Cursor {
         exhausted = true;
     }
 
-    QVariant value(sqlite3_stmt* stmt, int i) const
+    StoredRow read(sqlite3_stmt* stmt) const
     {
-        switch (sqlite3_column_type(stmt, i)) {
+        StoredRow row;
+        const int n = int(names.size());
+        row.cells.resize(n);
+        for (int i = 0; i < n; ++i) {
+            StoredRow::Cell& cell = row.cells[i];
+            cell.type = sqlite3_column_type(stmt, i);
+            switch (cell.type) {
+            case SQLITE_INTEGER: cell.integer = sqlite3_column_int64(stmt, i); break;
+            case SQLITE_FLOAT: cell.real = sqlite3_column_double(stmt, i); break;
+            case SQLITE_NULL: break;
+            default: {
+                const void* data = cell.type == SQLITE_BLOB ? sqlite3_column_blob(stmt, i)
+                                                            : static_cast<const void*>(sqlite3_column_text(stmt, i));
+                cell.length = sqlite3_column_bytes(stmt, i);
+                cell.offset = int(row.bytes.size());
+                row.bytes.append(static_cast<const char*>(data), cell.length);
+            }
+            }
+        }
+        return row;
+    }
+
+    QVariant value(const StoredRow& row, int i) const
+    {
+        const StoredRow::Cell& cell = row.cells[i];
+        switch (cell.type) {
         case SQLITE_NULL: return {};
-        case SQLITE_INTEGER: return QVariant(qint64(sqlite3_column_int64(stmt, i)));
-        case SQLITE_FLOAT: return QVariant(sqlite3_column_double(stmt, i));
-        case SQLITE_BLOB:
-            return QByteArray(static_cast<const char*>(sqlite3_column_blob(stmt, i)), sqlite3_column_bytes(stmt, i));
+        case SQLITE_INTEGER: return QVariant(cell.integer);
+        case SQLITE_FLOAT: return QVariant(cell.real);
+        case SQLITE_BLOB: return row.bytes.mid(cell.offset, cell.length);
         default: {
-            const auto* text = static_cast<const char16_t*>(sqlite3_column_text16(stmt, i));
-            QString s = QString::fromUtf16(text, sqlite3_column_bytes16(stmt, i) / 2);
+            QString s = QString::fromUtf8(row.bytes.constData() + cell.offset, cell.length);
             if (types[i] == dbDate) {
                 if (auto d = storedDate(s))
                     return *d;
@@ -95,10 +135,7 @@ struct Cursor {
             }
             const int rc = sqlite3_step(stmt);
             if (rc == SQLITE_ROW) {
-                QVector<QVariant> row(names.size());
-                for (int i = 0; i < names.size(); ++i)
-                    row[i] = value(stmt, i);
-                rows.push_back(std::move(row));
+                rows.push_back(read(stmt));
             } else if (rc == SQLITE_DONE) {
                 finish();
             } else {
@@ -111,7 +148,7 @@ struct Cursor {
         }
     }
 
-    const QVector<QVariant>& current() const
+    const StoredRow& current() const
     {
         if (position < 0 || position >= qsizetype(rows.size()))
             throw JetError::noCurrentRecord();
@@ -215,7 +252,7 @@ QVariant Recordset::Fields(int index) const
     if (index < 0 || index >= c.names.size())
         throw JetError::itemNotFound();
     c.fetchTo(c.position);
-    return c.current()[index];
+    return c.value(c.current(), index);
 }
 
 int Recordset::FieldCount() const { return int(requireCursor(m_cursor).names.size()); }
@@ -237,7 +274,7 @@ int Recordset::FieldType(int index) const
         return c.types[index];
     c.fetchTo(c.position);
     if (c.position >= 0 && c.position < qsizetype(c.rows.size())) {
-        const QVariant v = c.rows[size_t(c.position)][index];
+        const QVariant v = c.value(c.rows[size_t(c.position)], index);
         if (v.typeId() == QMetaType::LongLong)
             return jet::dbLong;
         if (v.typeId() == QMetaType::Double)

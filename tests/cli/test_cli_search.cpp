@@ -1,0 +1,114 @@
+// tessorin-cli search and title: the lines the result list would hold, the count line, the title.
+#include "support/TestEnv.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QProcessEnvironment>
+
+namespace {
+
+struct Outcome {
+    int code = -1;
+    QString out;
+    QString err;
+};
+
+class CliSearch : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        file = env.root() + QStringLiteral("stud.cav");
+        ASSERT_EQ(run({"new", file}).code, 0);
+        const QStringList rows = {
+            "('Amber','female','Rex',-1,0,0,'Ambs')", "('Basil','male','Dutch',0,-1,0,'')",
+            "('Dill','male','Rex',-1,0,0,'')",        "('O$Hara','male','Lop',-1,0,0,'Oh')",
+            "('Unknown','male','Unknown',-1,0,0,'')",
+        };
+        for (const QString& r : rows)
+            ASSERT_EQ(run({"sql", file, "INSERT INTO tree (name, sex, breed, owner, sold, deceased, callname) VALUES " + r})
+                          .code,
+                      0);
+        ASSERT_EQ(run({"sql", file, "UPDATE cavyuser SET fldPrefix = 'CH,Grand Champion,Champion'"}).code, 0);
+    }
+    // The tool on the test's day, with its folders (and so its error log) inside the test's directory.
+    Outcome run(const QStringList& arguments)
+    {
+        QProcess p;
+        QProcessEnvironment e = QProcessEnvironment::systemEnvironment();
+        e.insert("HOME", env.root() + "home");
+        e.insert("XDG_DATA_HOME", env.root() + "xdg-data");
+        e.insert("XDG_CONFIG_HOME", env.root() + "xdg-config");
+        p.setProcessEnvironment(e);
+        p.start(QStringLiteral(TESSORIN_CLI_PATH), QStringList{"--today", "2026-11-23"} + arguments);
+        Outcome r;
+        if (!p.waitForFinished(60000)) {
+            ADD_FAILURE() << "tessorin-cli did not finish";
+            p.kill();
+            p.waitForFinished();
+            return r;
+        }
+        r.code = p.exitCode();
+        r.out = QString::fromUtf8(p.readAllStandardOutput());
+        r.err = QString::fromUtf8(p.readAllStandardError());
+        return r;
+    }
+    QString errorLog() const { return TestEnv::readText(env.root() + "xdg-data/tessorin/Errors.txt"); }
+
+    TestEnv env;
+    QString file;
+};
+
+const QString kMany = QStringLiteral(" results. Click to view.\\nDouble click to edit. Right click for options.\n");
+
+TEST_F(CliSearch, StatusWordsAndTheCountLine)
+{
+    Outcome r = run({"search", file, "My Current Stock"});
+    EXPECT_EQ(r.code, 0) << r.err.toStdString();
+    EXPECT_EQ(r.out, "Amber\nDill\nO'Hara\n3" + kMany);
+
+    r = run({"search", file, "Sold Stock"});
+    EXPECT_EQ(r.out, "Basil\n1 result. Click to view.\\nDouble click to edit. Right click for options.\n");
+    r = run({"search", file, "Sold Stock", "--current"});
+    EXPECT_EQ(r.out, "No results found.\n");
+    EXPECT_EQ(r.err, "");
+}
+
+TEST_F(CliSearch, BothCriteriaAndTheCallName)
+{
+    Outcome r = run({"search", file, "Rex", "--field1", "Breed", "--field2", "Sex", "--value2", "male"});
+    EXPECT_EQ(r.out, "Dill\n1 result. Click to view.\\nDouble click to edit. Right click for options.\n");
+    r = run({"search", file, "All Records", "--field2", "Name", "--value2", "a", "--contains"});
+    EXPECT_EQ(r.out, "Amber\nBasil\nO'Hara\n3" + kMany);
+    r = run({"search", file, "Oh", "--field1", "callname"});
+    EXPECT_EQ(r.out, "O'Hara    [Oh]\n1 result. Click to view.\\nDouble click to edit. Right click for options.\n");
+}
+
+TEST_F(CliSearch, AFailedSearchPrintsTheCountAndLogs)
+{
+    Outcome r = run({"search", file, "", "--current"});
+    EXPECT_EQ(r.code, 0);
+    EXPECT_EQ(r.out, "No results found.\n");
+    r = run({"search", file, "All Records", "--field2", "Name", "--value2", "O'H", "--contains"});
+    EXPECT_EQ(r.out, "No results found.\n");
+    const QStringList lines = errorLog().split('\n', Qt::SkipEmptyParts);
+    ASSERT_EQ(lines.size(), 2);
+    EXPECT_TRUE(lines.at(1).contains(" - Search Error 3075 - ")) << lines.at(1).toStdString();
+
+    r = run({"search", file, "x", "--value2", "y"});
+    EXPECT_EQ(r.code, 2);
+    EXPECT_EQ(r.err, "search needs --field2 and --value2 together\n");
+    r = run({"search", env.root() + "none.cav", "All Records"});
+    EXPECT_EQ(r.code, 1);
+    EXPECT_EQ(r.err, "Cannot open the data file " + env.root() + "none.cav\n");
+}
+
+TEST_F(CliSearch, TitleAndTheNameWithoutIt)
+{
+    Outcome r = run({"title", file, "grand champion Rosie"});
+    EXPECT_EQ(r.code, 0) << r.err.toStdString();
+    EXPECT_EQ(r.out, "Grand Champion\nRosie\n");
+    r = run({"title", file, "CHESTNUT Rosie"});
+    EXPECT_EQ(r.out, "\nCHESTNUT Rosie\n");
+}
+
+} // namespace
