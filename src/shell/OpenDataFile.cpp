@@ -4,6 +4,7 @@
 #include "shell/Folders.h"
 #include "shell/Log.h"
 #include "shell/Platform.h"
+#include "shell/RecentList.h"
 #include "shell/Ui.h"
 #include "shell/globals.h"
 #include "store/DataFile.h"
@@ -13,7 +14,6 @@
 #include <QFile>
 
 namespace {
-std::function<void()> gRecentListLoader;
 std::function<void(const QStringList&)> gSetupWizard;
 
 void readUserSettingsFrom(Database& database)
@@ -25,7 +25,6 @@ void readUserSettingsFrom(Database& database)
 }
 } // namespace
 
-void SetRecentListLoader(std::function<void()> loader) { gRecentListLoader = std::move(loader); }
 void SetSetupWizardHook(std::function<void(const QStringList&)> wizard) { gSetupWizard = std::move(wizard); }
 
 bool OpenDataFile(const QString& path, Database& database)
@@ -38,8 +37,8 @@ bool OpenDataFile(const QString& path, Database& database)
         gDatabaseFile = path;
         CheckDatabase(database, false, false);
         readUserSettingsFrom(database);
-        if (gRecentListLoader)
-            gRecentListLoader();
+        LoadRecentFile();
+        ShowRecentList();
         CheckRequiredSettings();
         return true;
     } catch (const JetError& e) {

@@ -12,8 +12,7 @@ bool OpenDataFile(const QString& path, Database& database);
 bool OpenDataFile(const QString& path);
 void CloseDatabase();
 
-// Hooks that later parts of the program install: the recent lists' loader and the setup wizard.
-void SetRecentListLoader(std::function<void()> loader);
+// The setup wizard, installed by the window program; a batch run has none.
 void SetSetupWizardHook(std::function<void(const QStringList& yellowBoxes)> wizard);
 
 // Fills fldCountry from the machine when empty, marks the empty required settings and, when any is

@@ -3,6 +3,7 @@
 
 #include "shell/Log.h"
 #include "shell/OpenDataFile.h"
+#include "shell/RecentList.h"
 #include "shell/globals.h"
 #include "store/DataFile.h"
 
@@ -150,6 +151,26 @@ TEST_F(DataFile, TheVersionTextPadsMinorAndRevision)
 {
     EXPECT_EQ(ProgramVersionText(7, 4, 2), QStringLiteral("7.04.02"));
     EXPECT_EQ(ProgramVersionText(5, 12, 0), QStringLiteral("5.12.00"));
+}
+
+} // namespace
+
+namespace {
+
+class DataFileRecent : public StoreTest {};
+
+TEST_F(DataFileRecent, OpeningAFileLoadsItsRecentList)
+{
+    ASSERT_TRUE(CreateDataFile(QStringLiteral("Rabbits.cav"), QString()));
+    QFile list(gSettingsFolder + QStringLiteral("Rabbits.cav.txt"));
+    ASSERT_TRUE(list.open(QIODevice::WriteOnly));
+    list.write("Velvet\n\nThumper\n");
+    list.close();
+    ASSERT_TRUE(OpenDataFile(path(QStringLiteral("Rabbits.cav"))));
+    EXPECT_EQ(gRecentNames[0], QStringLiteral("Velvet"));
+    EXPECT_EQ(gRecentNames[1], QString());
+    EXPECT_EQ(gRecentNames[2], QStringLiteral("Thumper"));
+    CloseDatabase();
 }
 
 } // namespace

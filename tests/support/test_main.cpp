@@ -1,7 +1,10 @@
-// The main of every test program: a core application, and a home of its own so that no test can reach
+// The main of every test program: a core application (a widget one for the window tests), and a home of its own so that no test can reach
 // the user's real folders or settings.
 #include <QByteArray>
 #include <QCoreApplication>
+#ifdef TESSORIN_TEST_GUI
+#include <QApplication>
+#endif
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
@@ -27,7 +30,14 @@ int main(int argc, char** argv)
     qputenv("XDG_DOCUMENTS_DIR", h + "/Documents");
     QDir(home.path()).mkpath(QStringLiteral("Documents"));
 
+#ifdef TESSORIN_TEST_GUI
+    // Window tests run on the offscreen platform unless told otherwise.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+#else
     QCoreApplication app(argc, argv);
+#endif
     QCoreApplication::setOrganizationName(QString());
     QCoreApplication::setApplicationName(QStringLiteral("tessorin"));
     QStandardPaths::setTestModeEnabled(true);
