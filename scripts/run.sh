@@ -10,3 +10,11 @@ if [ ! -f "$demo" ]; then
   build/src/cli/tessorin-cli demo "$demo"
 fi
 build/src/cli/tessorin-cli info "$demo"
+if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ]; then
+  echo
+  echo "Tessorin is a window program and needs a desktop session: neither DISPLAY nor WAYLAND_DISPLAY is set."
+  echo "Run this command again from a terminal inside your desktop, or start it there with:"
+  echo "  $(pwd)/build/src/app/tessorin \"$demo\""
+  exit 0
+fi
+exec build/src/app/tessorin "$demo"

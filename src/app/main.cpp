@@ -1,29 +1,47 @@
-// The window program. Its frame, chooser and wizard come with the shell's forms; until then it opens the
-// given data file and reports what it holds.
+// The window program: tessorin [PATH]. A double click on a data file starts it with the file's path.
 #include "shell/Folders.h"
 #include "shell/OpenDataFile.h"
-#include "shell/globals.h"
-#include "store/DataFile.h"
+#include "shell/Platform.h"
+#include "shell/Ui.h"
+#include "shell/forms/Main.h"
+#include "shell/forms/QtUi.h"
+#include "shell/forms/Shell.h"
 
 #include <QApplication>
-#include <QMessageBox>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QScreen>
+#include <memory>
+
+namespace {
+
+QString primaryScreenSize()
+{
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    if (!screen)
+        return QString();
+    const QSize size = screen->size();
+    return QString::number(size.width()) + QStringLiteral(" x ") + QString::number(size.height());
+}
+
+} // namespace
 
 int main(int argc, char** argv)
 {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("tessorin"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("tessorin"));
+
+    // The lock lives in the settings folder, so the folders are made before anything else.
     MakeUserFolders();
-    const QStringList args = QApplication::arguments();
-    if (args.size() < 2) {
-        QMessageBox::information(nullptr, QStringLiteral("Tessorin"), QStringLiteral("Usage: tessorin PATH"));
-        return 1;
-    }
-    if (!OpenDataFile(args.at(1))) {
-        QMessageBox::warning(nullptr, QStringLiteral("Error"), QStringLiteral("Error launching ") + args.at(1));
-        return 1;
-    }
-    QMessageBox::information(nullptr, QStringLiteral("Tessorin ") + ProgramVersionText(),
-                             gDatabaseFile + QStringLiteral("\n") + gUser.Animal);
-    CloseDatabase();
-    return 0;
+    QApplication::setWindowIcon(QIcon(InstallFolder() + QStringLiteral("icons/tessorin.svg")));
+    Ui::install(std::make_unique<QtUi>());
+    SetScreenSizeProvider(&primaryScreenSize);
+    SetSetupWizardHook([](const QStringList& yellowBoxes) { ShowSetupWizard(yellowBoxes); });
+
+    if (!Main(QApplication::arguments(), InstanceLockPath()))
+        return 0;
+    const int result = QApplication::exec();
+    ReleaseInstanceLock();
+    return result;
 }

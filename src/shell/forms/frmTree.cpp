@@ -1,0 +1,555 @@
+#include "shell/forms/frmTree.h"
+
+#include "records/Animal.h"
+#include "shell/Folders.h"
+#include "shell/Log.h"
+#include "shell/OpenDataFile.h"
+#include "shell/RecentList.h"
+#include "shell/Ui.h"
+#include "shell/forms/Shell.h"
+#include "shell/globals.h"
+#include "store/DataFile.h"
+#include "store/IntegrityCheck.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QLabel>
+#include <QMenuBar>
+#include <QPointer>
+#include <QScreen>
+#include <QSet>
+#include <QStyle>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QToolBar>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <map>
+
+namespace {
+
+QPointer<frmTree> gMainWindow;
+
+// The main menu as the user sees it. A submenu entry names its submenu in `submenu`.
+struct MenuEntry {
+    const char* menu;
+    const char* caption;
+    const char* name;
+    const char* submenu = nullptr;
+};
+
+const MenuEntry kMenus[] = {
+    {"&File", "&Search For Record", "mnuSearch"},
+    {"&File", "&Add Record", "mnuAdd"},
+    {"&File", "Add Record (&Similar Details)", "mnuSimilar"},
+    {"&File", "&Edit Current Record", "mnuEdit"},
+    {"&File", "&Delete Current Record", "mnuDelete"},
+    {"&File", nullptr, nullptr},
+    {"&File", "E&xit", "mnuExit"},
+    {"&Add", "&Journal Entry", "mnuJournal"},
+    {"&Add", "&Health Record", "mnuHealth"},
+    {"&Add", "&Mating Event", "mnuBreeding"},
+    {"&Add", "&Sold Stock", "mnuSold"},
+    {"&Add", "&Contact", "mnuContact"},
+    {"&View", "&Database Information", "mnuInformation"},
+    {"&View", "&Cag and Tag Numbers", "mnuCage"},
+    {"&View", "C&alendar", "mnuCalendar"},
+    {"&View", "&Inbreeding", "mnuInbreeding"},
+    {"&View", "&Pedigree Preview", "mnuCertificate"},
+    {"&View", "&User Settings", "mnuUser"},
+    {"F&olders", "&My Databases", "mnuPersonal_folder"},
+    {"F&olders", "&My Pictures", "mnuMyPics"},
+    {"F&olders", "&My HTML Pedigrees", "mnu_HTML"},
+    {"F&olders", "&Logos And Backgrounds", "mnuIconFolder"},
+    {"F&olders", "&Backups Waiting to Burn To CD", "mnuBurn"},
+    {"&Log files", "Open &Save Log", "mnuViewLog"},
+    {"&Log files", "&Delete Save Log", "mnuDeleteLog"},
+    {"&Log files", "Open &Error log", "mnuOpenError"},
+    {"&Database", "&New", "mnuNewDatabase"},
+    {"&Database", "&Open", "mnuOpen"},
+    {"&Database", "To &Program Backup Folder", "mnuDefaultBackupFolder", "&Backup"},
+    {"&Database", "To &CD", "mnuCopyCD", "&Backup"},
+    {"&Database", "To &Floppy Disk", "mnuCopyFloppy", "&Backup"},
+    {"&Database", "To &Other Location", "mnuCopyToOtherLocation", "&Backup"},
+    {"&Database", "To &Online Archive", "mnuArchive", "&Backup"},
+    {"&Database", "From drive or disk", "mnuRestoreFromHD", "&Restore"},
+    {"&Database", "From online archive", "mnuRestoreOnline", "&Restore"},
+    {"&Database", "&Clear Recent Names List", "mnuClearRecent"},
+    {"&Database", "&Fix Data", "mnuReplace"},
+    {"&Database", "&Repair Old Version Database", "mnuUpdateDatabase"},
+    {"&Exchange", "Import &Pedigree Templates", "mnuImportPedigreeTemplates"},
+    {"&Exchange", "&Import Records", "mnuImport"},
+    {"&Exchange", "Import &HTML Pedigree", "mnuImportHTML"},
+    {"&Exchange", "&Export HTML Pedigree", "mnuExportHTML"},
+    {"&Exchange", "Export &CSV File", "mnuExport"},
+    {"&Help", "&Local Content", "mnuUsing"},
+    {"&Help", "&FAQs (online)", "mnuRecentAnswers"},
+    {"&Help", "&More Backgrounds", "mnuBackgrounds"},
+    {"&Help", "&Program News", "mnuNews"},
+    {"&Help", "Check For &Updates", "mnuChkUpdates"},
+    {"&Help", "&About", "mnuAbout"},
+};
+
+// The object names of the two submenus, which the design names by their entries only.
+const std::map<QString, QString> kSubmenuNames = {
+    {QStringLiteral("&Backup"), QStringLiteral("mnuCopyToDisk")},
+    {QStringLiteral("&Restore"), QStringLiteral("mnuRestore")},
+};
+
+using Handler = void (frmTree::*)();
+// The entries that work in this version; every other one stands disabled with its tip.
+const std::map<QString, Handler> kHandlers = {
+    {QStringLiteral("mnuExit"), &frmTree::mnuExit_Click},
+    {QStringLiteral("mnuOpen"), &frmTree::mnuOpen_Click},
+    {QStringLiteral("mnuNewDatabase"), &frmTree::mnuNewDatabase_Click},
+    {QStringLiteral("mnuUser"), &frmTree::mnuUser_Click},
+    {QStringLiteral("mnuPersonal_folder"), &frmTree::mnuPersonal_folder_Click},
+    {QStringLiteral("mnuViewLog"), &frmTree::mnuViewLog_Click},
+    {QStringLiteral("mnuDeleteLog"), &frmTree::mnuDeleteLog_Click},
+    {QStringLiteral("mnuOpenError"), &frmTree::mnuOpenError_Click},
+    {QStringLiteral("mnuClearRecent"), &frmTree::mnuClearRecent_Click},
+    {QStringLiteral("mnuUpdateDatabase"), &frmTree::mnuUpdateDatabase_Click},
+};
+
+// Entries that work on the open data file: without one they wait.
+const QSet<QString> kNeedsDataFile = {QStringLiteral("mnuUser"), QStringLiteral("mnuClearRecent"),
+                                      QStringLiteral("mnuUpdateDatabase")};
+
+struct ToolbarButton {
+    const char* key;
+    const char* runs;
+    const char* themeIcon;
+    QStyle::StandardPixmap fallback;
+    QList<QPair<QString, QString>> menu; // (menu key, entry run)
+};
+
+const QList<ToolbarButton>& toolbarButtons()
+{
+    static const QList<ToolbarButton> buttons = {
+        {"Search", "mnuSearch", "edit-find", QStyle::SP_FileDialogContentsView, {}},
+        {"Add", "mnuAdd", "list-add", QStyle::SP_FileIcon,
+         {{QStringLiteral("Similar"), QStringLiteral("mnuSimilar")}, {QStringLiteral("Blank"), QStringLiteral("mnuAdd")}}},
+        {"Edit", "mnuEdit", "document-edit", QStyle::SP_FileDialogDetailedView, {}},
+        {"Open File", "mnuOpen", "document-open", QStyle::SP_DialogOpenButton, {}},
+        {"Calendar", "mnuCalendar", "x-office-calendar", QStyle::SP_FileDialogInfoView, {}},
+        {"Inbreeding", "mnuInbreeding", "view-statistics", QStyle::SP_DesktopIcon, {}},
+        {"Cage", "mnuCage", "view-list-details", QStyle::SP_FileDialogListView, {}},
+        {"Certificate", "mnuCertificate", "document-print-preview", QStyle::SP_FileLinkIcon, {}},
+        {"Backup", "mnuDefaultBackupFolder", "document-save", QStyle::SP_DialogSaveButton,
+         {{QStringLiteral("Folder"), QStringLiteral("mnuDefaultBackupFolder")},
+          {QStringLiteral("CD"), QStringLiteral("mnuCopyCD")},
+          {QStringLiteral("Other"), QStringLiteral("mnuCopyToOtherLocation")},
+          {QStringLiteral("Archive"), QStringLiteral("mnuArchive")}}},
+        {"Update", "mnuChkUpdates", "system-software-update", QStyle::SP_BrowserReload, {}},
+        {"User Details", "mnuUser", "preferences-system", QStyle::SP_DirHomeIcon, {}},
+        {"News", "mnuNews", "internet-news-reader", QStyle::SP_MessageBoxInformation, {}},
+        {"Help", "mnuUsing", "help-contents", QStyle::SP_DialogHelpButton, {}},
+    };
+    return buttons;
+}
+
+QString pageName(const QString& key)
+{
+    return QStringLiteral("fme") + QString(key).remove(QLatin1Char(' '));
+}
+
+// A file step that fails changes nothing for the user: the next load tries again.
+void removeUpdateFile(const QString& path)
+{
+    if (!QFileInfo::exists(path) || QFile::remove(path))
+        return;
+    const QFileInfo info(path);
+    const QString renamed =
+        info.dir().filePath(QStringLiteral("Update_") + ProgramVersionText() + QStringLiteral(".exe"));
+    if (QFile::rename(path, renamed))
+        QFile::remove(renamed);
+}
+
+void showLog(const QString& path, const QString& text)
+{
+    if (QFileInfo(path).isFile())
+        Ui::showPath(path);
+    else
+        Ui::message(text, Ui::Buttons::Ok, Ui::Icon::Information, QStringLiteral("No Log File"));
+}
+
+} // namespace
+
+const QList<TreeTab>& frmTree::Tabs()
+{
+    static const QList<TreeTab> tabs = {
+        {QStringLiteral("Individual"), QString(), true},
+        {QStringLiteral("Journal"), QStringLiteral(" - Journal"), true},
+        {QStringLiteral("Health"), QStringLiteral(" - Health records"), true},
+        {QStringLiteral("Family Tree"), QStringLiteral(" - Family tree"), true},
+        {QStringLiteral("Descendants"), QStringLiteral(" - Descendants"), true},
+        {QStringLiteral("Breeding"), QStringLiteral(" - Mating records"), true},
+        {QStringLiteral("Births"), QStringLiteral(" - Births"), true},
+        {QStringLiteral("Sold Stock"), QStringLiteral("Sold stock"), false},
+        {QStringLiteral("Contacts"), QStringLiteral("Contacts"), false},
+        {QStringLiteral("Finance"), QStringLiteral("Finance"), false},
+        {QStringLiteral("Reminders"), QStringLiteral("Reminders"), false},
+        {QStringLiteral("Shows"), QStringLiteral("Shows"), false},
+    };
+    return tabs;
+}
+
+QString frmTree::PageTitle(const QString& key, const QString& animalName)
+{
+    for (const TreeTab& tab : Tabs()) {
+        if (tab.key != key)
+            continue;
+        if (!tab.followsAnimal)
+            return tab.titleSuffix;
+        if (!animalName.isEmpty())
+            return animalName + tab.titleSuffix;
+        // No animal chosen yet: the page's words alone.
+        return tab.titleSuffix.isEmpty() ? key : tab.titleSuffix.mid(3);
+    }
+    return QString();
+}
+
+frmTree::frmTree(QWidget* parent) : QMainWindow(parent)
+{
+    setObjectName(QStringLiteral("frmTree"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    const bool open = gDatabase.isOpen();
+    setWindowTitle(open ? QStringLiteral("Tessorin - ") + QFileInfo(gDatabaseFile).fileName()
+                        : QStringLiteral("Tessorin"));
+
+    RemoveLeftoverFiles();
+    gFormsLoaded = true;
+    if (open) {
+        LoadRecentFile();
+        ShowRecentList();
+    }
+
+    buildMenus();
+    buildToolbar();
+    buildPages();
+
+    const QRect screen = QGuiApplication::primaryScreen() ? QGuiApplication::primaryScreen()->availableGeometry()
+                                                          : QRect(0, 0, 1280, 1024);
+    resize(qMin(1100, screen.width()), qMin(760, screen.height()));
+    move(screen.center() - rect().center());
+    SelectTab(QStringLiteral("Individual"));
+}
+
+void frmTree::buildMenus()
+{
+    const bool open = gDatabase.isOpen();
+    std::map<QString, QMenu*> menus;
+    std::map<QString, QMenu*> submenus;
+    for (const MenuEntry& e : kMenus) {
+        const QString menuCaption = QString::fromLatin1(e.menu);
+        QMenu*& menu = menus[menuCaption];
+        if (!menu) {
+            menu = menuBar()->addMenu(menuCaption);
+            menu->setToolTipsVisible(true);
+        }
+        if (!e.name) {
+            menu->addSeparator();
+            continue;
+        }
+        QMenu* target = menu;
+        if (e.submenu) {
+            const QString subCaption = QString::fromLatin1(e.submenu);
+            QMenu*& sub = submenus[subCaption];
+            if (!sub) {
+                sub = menu->addMenu(subCaption);
+                sub->setObjectName(kSubmenuNames.at(subCaption));
+                sub->setToolTipsVisible(true);
+            }
+            target = sub;
+        }
+        const QString name = QString::fromLatin1(e.name);
+        QAction* action = target->addAction(QString::fromLatin1(e.caption));
+        action->setObjectName(name);
+        const auto handler = kHandlers.find(name);
+        if (handler == kHandlers.end()) {
+            action->setEnabled(false);
+            action->setToolTip(kNotAvailableYet);
+        } else if (kNeedsDataFile.contains(name) && !open) {
+            action->setEnabled(false);
+        } else {
+            connect(action, &QAction::triggered, this, handler->second);
+        }
+    }
+    // The platform has no folder of files waiting to be burnt to a disc.
+    entry(QStringLiteral("mnuBurn"))->setVisible(false);
+    // A submenu whose entries all wait says so as a whole.
+    for (const auto& [caption, sub] : submenus) {
+        sub->menuAction()->setEnabled(false);
+        sub->menuAction()->setToolTip(kNotAvailableYet);
+    }
+
+    // The pop-up menus of the lists and the picture; the lists that show them come with the pages.
+    auto popup = [this](const QString& name, const QString& title, const QList<QPair<QString, QString>>& entries) {
+        auto* menu = new QMenu(title, this);
+        menu->setObjectName(name);
+        menu->setToolTipsVisible(true);
+        for (const auto& [caption, actionName] : entries) {
+            QAction* action = menu->addAction(caption);
+            action->setObjectName(actionName);
+            action->setEnabled(false);
+            action->setToolTip(kNotAvailableYet);
+        }
+        return menu;
+    };
+    mnuPopUp = popup(QStringLiteral("mnuPopUp"), QStringLiteral("Popup"),
+                     {{QStringLiteral("Edit Record"), QStringLiteral("mnuEditRecord")},
+                      {QStringLiteral("Delete Record"), QStringLiteral("mnuDeleteRecord")}});
+    mnuOptions = popup(QStringLiteral("mnuOptions"), QStringLiteral("Options"),
+                       {{QStringLiteral("Edit"), QStringLiteral("mnuListEdit")},
+                        {QStringLiteral("Delete"), QStringLiteral("mnuListDelete")}});
+    auto* mnuListAdd = new QMenu(QStringLiteral("Add"), mnuOptions);
+    mnuListAdd->setObjectName(QStringLiteral("mnuListAdd"));
+    for (const char* caption : {"Notes & Awards", "Photo", "Journal", "Weight", "Health Note", "Treatment", "Show Result"}) {
+        QAction* action = mnuListAdd->addAction(QString::fromLatin1(caption));
+        action->setEnabled(false);
+        action->setToolTip(kNotAvailableYet);
+    }
+    mnuOptions->insertMenu(mnuOptions->actions().value(0), mnuListAdd);
+    mnuPicOptions = popup(QStringLiteral("mnuPicOptions"), QStringLiteral("Picture Options"),
+                          {{QStringLiteral("Add / Change"), QStringLiteral("mnuPicAdd")},
+                           {QStringLiteral("Delete"), QStringLiteral("mnuPicDelete")},
+                           {QStringLiteral("Swap with pedigree picture"), QStringLiteral("mnuPicSwap")}});
+}
+
+void frmTree::buildToolbar()
+{
+    auto* bar = addToolBar(QStringLiteral("Toolbar"));
+    bar->setObjectName(QStringLiteral("Toolbar1"));
+    bar->setMovable(false);
+    bar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    bar->setIconSize(QSize(24, 24));
+    for (const ToolbarButton& b : toolbarButtons()) {
+        const QString key = QString::fromLatin1(b.key);
+        QAction* runs = entry(QString::fromLatin1(b.runs));
+        const QIcon icon = QIcon::fromTheme(QString::fromLatin1(b.themeIcon), style()->standardIcon(b.fallback));
+        QAction* button = bar->addAction(icon, key);
+        button->setObjectName(QStringLiteral("Toolbar1(") + key + QLatin1Char(')'));
+        button->setData(key);
+        button->setEnabled(runs->isEnabled());
+        button->setToolTip(runs->isEnabled() ? QString(runs->text()).remove(QLatin1Char('&')) : runs->toolTip());
+        connect(button, &QAction::triggered, runs, &QAction::trigger);
+        if (b.menu.isEmpty())
+            continue;
+        auto* menu = new QMenu(bar);
+        menu->setToolTipsVisible(true);
+        for (const auto& [menuKey, entryName] : b.menu) {
+            QAction* menuEntry = menu->addAction(menuKey);
+            menuEntry->setObjectName(button->objectName() + QLatin1Char('(') + menuKey + QLatin1Char(')'));
+            QAction* target = entry(entryName);
+            menuEntry->setEnabled(target->isEnabled());
+            menuEntry->setToolTip(target->toolTip());
+            connect(menuEntry, &QAction::triggered, target, &QAction::trigger);
+        }
+        button->setMenu(menu);
+        if (auto* tool = qobject_cast<QToolButton*>(bar->widgetForAction(button)))
+            tool->setPopupMode(QToolButton::MenuButtonPopup);
+    }
+}
+
+void frmTree::buildPages()
+{
+    auto* central = new QWidget(this);
+    central->setObjectName(QStringLiteral("fmeMainInfo"));
+    auto* layout = new QVBoxLayout(central);
+
+    lblTitle = new QLabel(central);
+    lblTitle->setObjectName(QStringLiteral("lblTitle"));
+    QFont titleFont = lblTitle->font();
+    titleFont.setPointSizeF(titleFont.pointSizeF() * 1.4);
+    titleFont.setBold(true);
+    lblTitle->setFont(titleFont);
+    layout->addWidget(lblTitle);
+
+    TabStrip1 = new QTabWidget(central);
+    TabStrip1->setObjectName(QStringLiteral("TabStrip1"));
+    TabStrip1->setDocumentMode(true);
+    TabStrip1->setUsesScrollButtons(true);
+    layout->addWidget(TabStrip1, 1);
+
+    for (qsizetype i = 0; i < Tabs().size(); ++i) {
+        const TreeTab& tab = Tabs().at(i);
+        auto* page = new QWidget(TabStrip1);
+        page->setObjectName(pageName(tab.key));
+        auto* pageLayout = new QVBoxLayout(page);
+        auto* placeholder = new QLabel(page);
+        placeholder->setObjectName(QStringLiteral("lblPageTitle(") + QString::number(i) + QLatin1Char(')'));
+        placeholder->setAlignment(Qt::AlignCenter);
+        placeholder->setForegroundRole(QPalette::PlaceholderText);
+        QFont placeholderFont = placeholder->font();
+        placeholderFont.setPointSizeF(placeholderFont.pointSizeF() * 2);
+        placeholder->setFont(placeholderFont);
+        pageLayout->addWidget(placeholder);
+        // The first caption is the species word of the open file; without a file the key stands.
+        const QString caption = i == 0 && !gUser.Animal.isEmpty() ? gUser.Animal : tab.key;
+        const int index = TabStrip1->addTab(page, caption);
+        TabStrip1->tabBar()->setTabData(index, tab.key);
+        // The pages fill with their records in a later version; the first one is the window's resting place.
+        if (i > 0) {
+            TabStrip1->setTabEnabled(index, false);
+            TabStrip1->setTabToolTip(index, kNotAvailableYet);
+        }
+    }
+    setCentralWidget(central);
+    connect(TabStrip1, &QTabWidget::currentChanged, this, &frmTree::TabStrip1_Click);
+}
+
+QAction* frmTree::entry(const QString& name) const
+{
+    return findChild<QAction*>(name);
+}
+
+int frmTree::tabIndex(const QString& key) const
+{
+    for (int i = 0; i < TabStrip1->count(); ++i) {
+        if (TabStrip1->tabBar()->tabData(i).toString() == key)
+            return i;
+    }
+    return -1;
+}
+
+QString frmTree::selectedKey() const
+{
+    return TabStrip1->tabBar()->tabData(TabStrip1->currentIndex()).toString();
+}
+
+QAction* frmTree::toolbarButton(const QString& key) const
+{
+    return findChild<QAction*>(QStringLiteral("Toolbar1(") + key + QLatin1Char(')'));
+}
+
+void frmTree::SelectTab(const QString& key)
+{
+    const int individual = tabIndex(QStringLiteral("Individual"));
+    const int index = tabIndex(key);
+    if (index < 0)
+        return;
+    const QSignalBlocker block(TabStrip1);
+    TabStrip1->setCurrentIndex(individual);
+    QCoreApplication::processEvents();
+    TabStrip1->setCurrentIndex(index);
+    RunTabProcess();
+}
+
+void frmTree::RunTabProcess()
+{
+    const QString key = selectedKey();
+    QString title = PageTitle(key, gAnimal.name);
+    // Before an animal is chosen the first page is named by its caption, the species word.
+    if (key == QLatin1String("Individual") && gAnimal.name.isEmpty())
+        title = TabStrip1->tabText(TabStrip1->currentIndex());
+    lblTitle->setText(title);
+    if (auto* label = findChild<QLabel*>(QStringLiteral("lblPageTitle(") +
+                                         QString::number(TabStrip1->currentIndex()) + QLatin1Char(')')))
+        label->setText(title);
+}
+
+void frmTree::TabStrip1_Click() { RunTabProcess(); }
+
+void frmTree::mnuExit_Click() { close(); }
+
+void frmTree::mnuOpen_Click()
+{
+    if (gDatabase.isOpen())
+        WriteRecentFile();
+    // The file is closed before the chooser shows, not after: the chooser may open the next file at once.
+    CloseDatabase();
+    ShowChooser();
+}
+
+void frmTree::mnuNewDatabase_Click() { CreateNewDatabase(); }
+
+void frmTree::mnuUser_Click() { ShowSetupWizard(); }
+
+void frmTree::mnuPersonal_folder_Click() { Ui::showPath(gDataFolder); }
+
+void frmTree::mnuViewLog_Click() { showLog(SaveLogPath(), QStringLiteral("There is no save log: nothing has been saved yet.")); }
+
+void frmTree::mnuDeleteLog_Click() { DeleteSaveLog(); }
+
+void frmTree::mnuOpenError_Click() { showLog(ErrorLogPath(), QStringLiteral("There is no error log: no error has happened since the program started.")); }
+
+void frmTree::mnuClearRecent_Click() { ClearRecent(); }
+
+void frmTree::mnuUpdateDatabase_Click()
+{
+    try {
+        CheckDatabase(gDatabase, true, true);
+        ReadUserSettings();
+    } catch (const JetError& e) {
+        LogError(QStringLiteral("Repair Old Version Database error ") + QString::number(e.number()) +
+                 QStringLiteral(" - ") + e.description());
+    }
+}
+
+void frmTree::Unload()
+{
+    unloading = true;
+    close();
+}
+
+void frmTree::closeEvent(QCloseEvent* event)
+{
+    if (closed) {
+        event->accept();
+        return;
+    }
+    closed = true;
+    // A page that is open keeps its state by being left for "Individual".
+    SelectTab(QStringLiteral("Individual"));
+    if (gDatabase.isOpen())
+        WriteRecentFile();
+    if (!unloading)
+        ExitProgram();
+    gFormsLoaded = false;
+    event->accept();
+}
+
+void RemoveLeftoverFiles()
+{
+    DeleteErrorLog();
+    // The scratch copy of the online archive and a downloaded updater live under temp/ of the data folder;
+    // the program has no other scratch place.
+    QFile::remove(gDataFolder + QStringLiteral("temp/temp.cav"));
+    removeUpdateFile(gDataFolder + QStringLiteral("temp/update.exe"));
+}
+
+void RunPendingUpdate()
+{
+    // The update check downloads no updater yet, so there is never one to start.
+}
+
+void ExitProgram()
+{
+    CloseDatabase();
+    // Every other window of the program goes with the main one.
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (window->isVisible() && window != gMainWindow)
+            window->close();
+    }
+    RunPendingUpdate();
+    QCoreApplication::quit();
+}
+
+frmTree* MainWindow() { return gMainWindow; }
+
+void ShowMainWindow()
+{
+    // Between the old window's close and the new one's show no window is up; the program must not end there.
+    const bool quitOnLast = QGuiApplication::quitOnLastWindowClosed();
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    if (gMainWindow)
+        gMainWindow->Unload();
+    gMainWindow = new frmTree;
+    gMainWindow->show();
+    QGuiApplication::setQuitOnLastWindowClosed(quitOnLast);
+}

@@ -1,0 +1,84 @@
+// The main window: menus, toolbar and the tab strip over the twelve pages. It is loaded afresh for each
+// data file, so every page starts from the file that is open.
+#pragma once
+
+#include <QList>
+#include <QMainWindow>
+#include <QString>
+
+class QAction;
+class QLabel;
+class QMenu;
+class QTabWidget;
+
+// The texts of a command whose work comes with a later version of the program.
+inline const QString kNotAvailableYet = QStringLiteral("Not available yet");
+
+struct TreeTab {
+    QString key;         // the tab's key; the first one's caption is the species word
+    QString titleSuffix; // after the animal's name, or the whole title of a page of whole-file lists
+    bool followsAnimal;  // the page shows the current animal's records
+};
+
+class frmTree : public QMainWindow {
+    Q_OBJECT
+public:
+    explicit frmTree(QWidget* parent = nullptr);
+
+    static const QList<TreeTab>& Tabs();
+    // The title label's text for a page: the animal's name with the page's words, or the page's own title
+    // for the pages that list the whole file.
+    static QString PageTitle(const QString& key, const QString& animalName);
+
+    QTabWidget* tabStrip() const { return TabStrip1; }
+    int tabIndex(const QString& key) const; // -1 for an unknown key
+    QString selectedKey() const;
+    QAction* toolbarButton(const QString& key) const;
+
+    // Selects "Individual" first and lets events run, so that the page by key is always entered afresh.
+    void SelectTab(const QString& key);
+    // Sets the title label for the selected tab and shows its page.
+    void RunTabProcess();
+
+    // Closes the window as a change of data file does: the recent lists are written, the program goes on.
+    void Unload();
+
+public slots:
+    void TabStrip1_Click();
+    void mnuExit_Click();
+    void mnuOpen_Click();
+    void mnuNewDatabase_Click();
+    void mnuUser_Click();
+    void mnuPersonal_folder_Click();
+    void mnuViewLog_Click();
+    void mnuDeleteLog_Click();
+    void mnuOpenError_Click();
+    void mnuClearRecent_Click();
+    void mnuUpdateDatabase_Click();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void buildMenus();
+    void buildToolbar();
+    void buildPages();
+    QAction* entry(const QString& name) const;
+
+    QTabWidget* TabStrip1 = nullptr;
+    QLabel* lblTitle = nullptr;
+    QMenu* mnuPopUp = nullptr;
+    QMenu* mnuOptions = nullptr;
+    QMenu* mnuPicOptions = nullptr;
+    bool unloading = false; // closed for a change of data file, not by the user
+    bool closed = false;
+};
+
+// The file steps of the main window's load: Errors.txt holds the present run only, and the scratch copy
+// and a downloaded updater of the last run are removed.
+void RemoveLeftoverFiles();
+// The end of the program when the user closes the main window.
+void ExitProgram();
+void RunPendingUpdate();
+// The main window that is up, nullptr before the splash has gone.
+frmTree* MainWindow();

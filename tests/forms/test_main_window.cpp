@@ -1,0 +1,237 @@
+// The main window's frame: its tabs, menus and toolbar, its load steps and how it closes.
+#include "support/TestEnv.h"
+#include "records/Animal.h"
+#include "shell/Log.h"
+#include "shell/OpenDataFile.h"
+#include "shell/RecentList.h"
+#include "shell/forms/Shell.h"
+#include "shell/forms/frmTree.h"
+#include "shell/globals.h"
+#include "store/DataFile.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMenu>
+#include <QPointer>
+#include <QTabBar>
+#include <QTabWidget>
+#include <gtest/gtest.h>
+#include <memory>
+
+namespace {
+
+class MainWindowTest : public EnvTest {
+protected:
+    ~MainWindowTest() override
+    {
+        if (MainWindow())
+            MainWindow()->Unload();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        CloseDatabase();
+        gUser = User();
+        gAnimal = Animal();
+        gFormsLoaded = false;
+    }
+
+    // A data file of rabbits, open as the program opens it.
+    void openRabbits()
+    {
+        ASSERT_TRUE(CreateDataFile(QStringLiteral("Rabbits.cav"), env.dataFolder()));
+        ASSERT_TRUE(OpenDataFile(env.dataFolder() + QStringLiteral("Rabbits.cav")));
+        gUser.Animal = QStringLiteral("Rabbit");
+        env.ui().clear();
+    }
+};
+
+QAction* action(QWidget* window, const QString& name)
+{
+    return window->findChild<QAction*>(name);
+}
+
+} // namespace
+
+TEST_F(MainWindowTest, TwelveTabsFoundByKeyWithTheSpeciesWordFirst)
+{
+    openRabbits();
+    frmTree window;
+    QTabWidget* tabs = window.tabStrip();
+    ASSERT_EQ(tabs->count(), 12);
+    EXPECT_EQ(tabs->tabText(0), QStringLiteral("Rabbit"));
+    const QStringList keys = {"Individual", "Journal",  "Health",  "Family Tree", "Descendants", "Breeding",
+                              "Births",     "Sold Stock", "Contacts", "Finance",    "Reminders",   "Shows"};
+    for (int i = 0; i < keys.size(); ++i) {
+        EXPECT_EQ(tabs->tabBar()->tabData(i).toString(), keys[i]);
+        EXPECT_EQ(window.tabIndex(keys[i]), i);
+        if (i > 0) {
+            EXPECT_EQ(tabs->tabText(i), keys[i]);
+        }
+    }
+    EXPECT_EQ(window.selectedKey(), QStringLiteral("Individual"));
+    EXPECT_EQ(window.windowTitle(), QStringLiteral("Tessorin - Rabbits.cav"));
+
+    // The key, not the caption, finds the page, and the title follows the page.
+    gAnimal.name = QStringLiteral("Flopsy");
+    window.SelectTab(QStringLiteral("Individual"));
+    EXPECT_EQ(window.findChild<QLabel*>(QStringLiteral("lblTitle"))->text(), QStringLiteral("Flopsy"));
+    window.SelectTab(QStringLiteral("Breeding"));
+    EXPECT_EQ(window.selectedKey(), QStringLiteral("Breeding"));
+    EXPECT_EQ(window.findChild<QLabel*>(QStringLiteral("lblTitle"))->text(), QStringLiteral("Flopsy - Mating records"));
+    EXPECT_EQ(window.findChild<QLabel*>(QStringLiteral("lblPageTitle(5)"))->text(),
+              QStringLiteral("Flopsy - Mating records"));
+    EXPECT_EQ(window.tabIndex(QStringLiteral("Rabbit")), -1);
+}
+
+TEST_F(MainWindowTest, PageTitlesCarryTheNameOnlyOnTheAnimalsPages)
+{
+    EXPECT_EQ(frmTree::PageTitle(QStringLiteral("Individual"), QStringLiteral("Flopsy")), QStringLiteral("Flopsy"));
+    EXPECT_EQ(frmTree::PageTitle(QStringLiteral("Journal"), QStringLiteral("Flopsy")), QStringLiteral("Flopsy - Journal"));
+    EXPECT_EQ(frmTree::PageTitle(QStringLiteral("Health"), QStringLiteral("Flopsy")),
+              QStringLiteral("Flopsy - Health records"));
+    EXPECT_EQ(frmTree::PageTitle(QStringLiteral("Family Tree"), QStringLiteral("Flopsy")),
+              QStringLiteral("Flopsy - Family tree"));
+    EXPECT_EQ(frmTree::PageTitle(QStringLiteral("Sold Stock"), QStringLiteral("Flopsy")), QStringLiteral("Sold stock"));
+    EXPECT_EQ(frmTree::PageTitle(QStringLiteral("Contacts"), QStringLiteral("Flopsy")), QStringLiteral("Contacts"));
+    EXPECT_EQ(frmTree::PageTitle(QStringLiteral("Births"), QString()), QStringLiteral("Births"));
+}
+
+TEST_F(MainWindowTest, WhatComesLaterStandsDisabledWithItsTip)
+{
+    openRabbits();
+    frmTree window;
+    for (int i = 1; i < 12; ++i) {
+        EXPECT_FALSE(window.tabStrip()->isTabEnabled(i)) << i;
+        EXPECT_EQ(window.tabStrip()->tabToolTip(i), QStringLiteral("Not available yet")) << i;
+    }
+    EXPECT_TRUE(window.tabStrip()->isTabEnabled(0));
+
+    for (const char* name : {"mnuSearch", "mnuAdd", "mnuSimilar", "mnuEdit", "mnuDelete", "mnuJournal", "mnuHealth",
+                             "mnuBreeding", "mnuSold", "mnuContact", "mnuInformation", "mnuCage", "mnuCalendar",
+                             "mnuInbreeding", "mnuCertificate", "mnuMyPics", "mnu_HTML", "mnuIconFolder",
+                             "mnuDefaultBackupFolder", "mnuCopyCD", "mnuCopyFloppy", "mnuCopyToOtherLocation",
+                             "mnuArchive", "mnuRestoreFromHD", "mnuRestoreOnline", "mnuReplace",
+                             "mnuImportPedigreeTemplates", "mnuImport", "mnuImportHTML", "mnuExportHTML", "mnuExport",
+                             "mnuUsing", "mnuRecentAnswers", "mnuBackgrounds", "mnuNews", "mnuChkUpdates", "mnuAbout",
+                             "mnuEditRecord", "mnuDeleteRecord", "mnuListEdit", "mnuListDelete"}) {
+        QAction* a = action(&window, QString::fromLatin1(name));
+        ASSERT_NE(a, nullptr) << name;
+        EXPECT_FALSE(a->isEnabled()) << name;
+        EXPECT_EQ(a->toolTip(), QStringLiteral("Not available yet")) << name;
+    }
+    for (const char* name : {"mnuExit", "mnuOpen", "mnuNewDatabase", "mnuUser", "mnuPersonal_folder", "mnuViewLog",
+                             "mnuDeleteLog", "mnuOpenError", "mnuClearRecent", "mnuUpdateDatabase"}) {
+        QAction* a = action(&window, QString::fromLatin1(name));
+        ASSERT_NE(a, nullptr) << name;
+        EXPECT_TRUE(a->isEnabled()) << name;
+    }
+    EXPECT_EQ(window.findChild<QMenu*>(QStringLiteral("mnuCopyToDisk"))->title(), QStringLiteral("&Backup"));
+
+    // Toolbar buttons run their menu entries and wait as they do.
+    for (const char* key : {"Search", "Add", "Edit", "Calendar", "Inbreeding", "Cage", "Certificate", "Backup",
+                            "Update", "News", "Help"}) {
+        QAction* button = window.toolbarButton(QString::fromLatin1(key));
+        ASSERT_NE(button, nullptr) << key;
+        EXPECT_FALSE(button->isEnabled()) << key;
+        EXPECT_EQ(button->toolTip(), QStringLiteral("Not available yet")) << key;
+    }
+    EXPECT_TRUE(window.toolbarButton(QStringLiteral("Open File"))->isEnabled());
+    EXPECT_TRUE(window.toolbarButton(QStringLiteral("User Details"))->isEnabled());
+    ASSERT_NE(window.toolbarButton(QStringLiteral("Backup"))->menu(), nullptr);
+    EXPECT_EQ(window.toolbarButton(QStringLiteral("Backup"))->menu()->actions().size(), 4);
+}
+
+TEST_F(MainWindowTest, WithoutADataFileTheFilesEntriesWait)
+{
+    frmTree window;
+    EXPECT_EQ(window.windowTitle(), QStringLiteral("Tessorin"));
+    EXPECT_EQ(window.tabStrip()->tabText(0), QStringLiteral("Individual"));
+    EXPECT_FALSE(action(&window, QStringLiteral("mnuUser"))->isEnabled());
+    EXPECT_FALSE(window.toolbarButton(QStringLiteral("User Details"))->isEnabled());
+    EXPECT_TRUE(action(&window, QStringLiteral("mnuOpen"))->isEnabled());
+    EXPECT_TRUE(env.ui().calls().isEmpty());
+}
+
+TEST_F(MainWindowTest, TheLoadDeletesTheErrorLogAndTheLeftovers)
+{
+    LogError(QStringLiteral("Something of the last run"));
+    ASSERT_TRUE(QFileInfo::exists(ErrorLogPath()));
+    LogSave(QStringLiteral("Save Mating: Flopsy"));
+    QDir().mkpath(env.dataFolder() + QStringLiteral("temp"));
+    ASSERT_TRUE(TestEnv::writeText(env.dataFolder() + QStringLiteral("temp/update.exe"), QStringLiteral("MZ")));
+    ASSERT_TRUE(TestEnv::writeText(env.dataFolder() + QStringLiteral("temp/temp.cav"), QStringLiteral("x")));
+    gFormsLoaded = false;
+
+    frmTree window;
+    EXPECT_FALSE(QFileInfo::exists(ErrorLogPath()));
+    EXPECT_FALSE(QFileInfo::exists(env.dataFolder() + QStringLiteral("temp/update.exe")));
+    EXPECT_FALSE(QFileInfo::exists(env.dataFolder() + QStringLiteral("temp/temp.cav")));
+    EXPECT_TRUE(QDir(env.dataFolder() + QStringLiteral("temp")).isEmpty());
+    EXPECT_TRUE(QFileInfo::exists(SaveLogPath())); // the save log stays
+    EXPECT_TRUE(gFormsLoaded);
+}
+
+TEST_F(MainWindowTest, TheLoadReadsTheRecentListOfTheOpenFile)
+{
+    openRabbits();
+    ASSERT_TRUE(TestEnv::writeText(RecentFilePath(), QStringLiteral("Flopsy\nMopsy\n")));
+    gRecentNames.fill(QString());
+    frmTree window;
+    EXPECT_EQ(gRecentNames[0], QStringLiteral("Flopsy"));
+    EXPECT_EQ(gRecentNames[1], QStringLiteral("Mopsy"));
+}
+
+TEST_F(MainWindowTest, ReloadingForAnotherFileKeepsTheProgramAndWritesTheRecentList)
+{
+    openRabbits();
+    ShowMainWindow();
+    QPointer<frmTree> first = MainWindow();
+    ASSERT_NE(first, nullptr);
+    EXPECT_TRUE(first->isVisible());
+    AddRecent(QStringLiteral("Peter"));
+
+    ShowMainWindow();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(first.isNull());
+    ASSERT_NE(MainWindow(), nullptr);
+    EXPECT_TRUE(MainWindow()->isVisible());
+    EXPECT_TRUE(gDatabase.isOpen()); // no ExitProgram on a change of file
+    EXPECT_TRUE(gFormsLoaded);
+    EXPECT_TRUE(TestEnv::readText(RecentFilePath()).startsWith(QStringLiteral("Peter\n")));
+}
+
+TEST_F(MainWindowTest, TheCloseBoxEndsTheProgram)
+{
+    openRabbits();
+    ShowMainWindow();
+    frmTree* window = MainWindow();
+    AddRecent(QStringLiteral("Benjamin"));
+    window->close();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(MainWindow(), nullptr);
+    EXPECT_FALSE(gDatabase.isOpen());
+    EXPECT_FALSE(gFormsLoaded);
+    EXPECT_TRUE(TestEnv::readText(env.settingsFolder() + QStringLiteral("Rabbits.cav.txt"))
+                    .startsWith(QStringLiteral("Benjamin\n")));
+}
+
+TEST_F(MainWindowTest, TheLogMenuOpensALogOrSaysThereIsNone)
+{
+    openRabbits();
+    frmTree window;
+    action(&window, QStringLiteral("mnuViewLog"))->trigger();
+    ASSERT_EQ(env.ui().calls().size(), 1);
+    EXPECT_EQ(env.ui().calls()[0].kind, ScriptedUi::Kind::Message);
+    EXPECT_EQ(env.ui().calls()[0].title, QStringLiteral("No Log File"));
+
+    env.ui().clear();
+    LogSave(QStringLiteral("Save Weight: Flopsy"));
+    action(&window, QStringLiteral("mnuViewLog"))->trigger();
+    ASSERT_EQ(env.ui().calls().size(), 1);
+    EXPECT_EQ(env.ui().calls()[0].kind, ScriptedUi::Kind::ShowPath);
+    EXPECT_EQ(env.ui().calls()[0].text, SaveLogPath());
+
+    action(&window, QStringLiteral("mnuDeleteLog"))->trigger();
+    EXPECT_FALSE(QFileInfo::exists(SaveLogPath()));
+}
