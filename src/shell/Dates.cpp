@@ -133,7 +133,7 @@ std::optional<QDateTime> ToDateTime(const QVariant& value)
     case QMetaType::QByteArray:
         return ParseDateText(value.toString());
     default:
-        // Numbers are no dates here, as the design's date check refuses them.
+        // Numbers are no dates here, as the form's date check refuses them.
         return std::nullopt;
     }
 }

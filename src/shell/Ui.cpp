@@ -34,14 +34,14 @@ QString withoutPatternList(const QString& description)
     return d.left(open).trimmed();
 }
 
-QString qtPatterns(const QString& designPatterns)
+QString qtPatterns(const QString& pipedPatterns)
 {
     QStringList patterns;
-    for (const QString& p : designPatterns.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
+    for (const QString& p : pipedPatterns.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
         const QString pattern = p.trimmed();
         if (pattern.isEmpty())
             continue;
-        // "*.*" would ask for a dot; the design means every file.
+        // "*.*" would ask for a dot; it means every file.
         patterns << (pattern == QLatin1String("*.*") ? QStringLiteral("*") : pattern);
     }
     return patterns.isEmpty() ? QStringLiteral("*") : patterns.join(QLatin1Char(' '));
@@ -103,10 +103,10 @@ void status(const QString& text)
     service().status(text);
 }
 
-QString qtFilter(const QString& designFilter)
+QString qtFilter(const QString& pipedFilter)
 {
-    const QStringList parts = designFilter.split(QLatin1Char('|'));
-    if (designFilter.trimmed().isEmpty())
+    const QStringList parts = pipedFilter.split(QLatin1Char('|'));
+    if (pipedFilter.trimmed().isEmpty())
         return QString();
     QStringList filters;
     for (qsizetype i = 0; i < parts.size(); i += 2) {

@@ -18,7 +18,7 @@ public:
     virtual Answer message(const QString& text, Buttons buttons, Icon icon, const QString& title) = 0;
     // Returns "" on Cancel, as an input box does.
     virtual QString input(const QString& prompt, const QString& title, const QString& defaultText) = 0;
-    // Filters in the design's form, "Data files (*.cav)|*.cav|All files (*.*)|*.*". "" on Cancel.
+    // Filters in the program's own form, "Data files (*.cav)|*.cav|All files (*.*)|*.*". "" on Cancel.
     virtual QString openFile(const QString& title, const QString& filter, const QString& folder) = 0;
     virtual QString saveFile(const QString& title, const QString& filter, const QString& folder,
                              const QString& defaultName) = 0;
@@ -46,6 +46,6 @@ void showPath(const QString& pathOrUrl);
 void status(const QString& text);
 
 // "Data files (*.cav)|*.cav|All files (*.*)|*.*" -> "Data files (*.cav);;All files (*)"
-QString qtFilter(const QString& designFilter);
+QString qtFilter(const QString& pipedFilter);
 
 } // namespace Ui

@@ -1,5 +1,5 @@
 // The program-wide state. Routines that can take what they need as an argument do so; these are for
-// the forms and for the steps that the design runs on "the open file".
+// the forms and for the steps that run on "the open file".
 #pragma once
 
 #include "shell/Folders.h"

@@ -26,6 +26,6 @@ public:
     QList<QPair<QString, QString>> properties() const;
 };
 
-// The wizard's save: one UPDATE of every column but fldPrefix, in the design's column order.
+// The wizard's save: one UPDATE of every column but fldPrefix, in the settings row's column order.
 QString SaveSettingsStatement(const User& user);
 bool SaveSettingsToFile(Database& database, const User& user);

@@ -14,7 +14,7 @@ using Ui::Buttons;
 using Ui::Icon;
 using Kind = ScriptedUi::Kind;
 
-TEST(UiFilter, DesignFiltersBecomeQtFilters)
+TEST(UiFilter, PipedFiltersBecomeQtFilters)
 {
     EXPECT_EQ(Ui::qtFilter(QStringLiteral("Data files (*.cav)|*.cav|All files (*.*)|*.*")),
               QStringLiteral("Data files (*.cav);;All files (*)"));

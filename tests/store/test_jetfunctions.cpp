@@ -27,7 +27,7 @@ protected:
         env = std::make_unique<TestEnv>(); // day first, and puts the date order and the clock back
         ASSERT_EQ(sqlite3_open(":memory:", &db), SQLITE_OK);
         jet::registerFunctions(db);
-        // The design's own statements.
+        // Statements as the program builds them.
         exec(QStringLiteral(
             "CREATE TABLE tree (id COUNTER PRIMARY KEY, name STRING, colour STRING, breed STRING, sex STRING, dob DATE, "
             "notes MEMO, ps STRING, pd STRING, fatherId STRING, motherId STRING, cage STRING, tag STRING, picture STRING, "

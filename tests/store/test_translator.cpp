@@ -12,7 +12,7 @@ namespace {
 
 using jet::StatementKind;
 
-// The columns of the design's tables that the cases below name.
+// The columns of the data file's tables that the cases below name.
 std::optional<QVector<jet::ColumnInfo>> fakeSchema(const QString& table)
 {
     static const QHash<QString, QVector<jet::ColumnInfo>> tables = {

@@ -95,7 +95,7 @@ const MenuEntry kMenus[] = {
     {"&Help", "&About", "mnuAbout"},
 };
 
-// The object names of the two submenus, which the design names by their entries only.
+// The object names of the two submenus, which are known by their entries only.
 const std::map<QString, QString> kSubmenuNames = {
     {QStringLiteral("&Backup"), QStringLiteral("mnuCopyToDisk")},
     {QStringLiteral("&Restore"), QStringLiteral("mnuRestore")},
