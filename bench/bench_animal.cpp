@@ -7,6 +7,8 @@
 #include "shell/globals.h"
 #include "store/DataFile.h"
 
+#include "BenchStud.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -23,19 +25,7 @@ const QString kFile = QDir::tempPath() + QStringLiteral("/tessorin-bench-animal-
 
 QStringList gNames; // decoded names spread over the file
 
-bool generateFile()
-{
-    QFile::remove(kFile);
-    QProcess p;
-    p.start(QStringLiteral(TESSORIN_CLI_PATH),
-            {QStringLiteral("generate"), kFile, QStringLiteral("--animals"), QString::number(kAnimals),
-             QStringLiteral("--seed"), QStringLiteral("2024")});
-    if (!p.waitForFinished(600000) || p.exitCode() != 0) {
-        fprintf(stderr, "generate failed: %s\n", p.readAllStandardError().constData());
-        return false;
-    }
-    return true;
-}
+bool generateFile() { return GenerateBenchStud(kFile, kAnimals); }
 
 bool openAndSample()
 {

@@ -5,6 +5,8 @@
 #include "shell/globals.h"
 #include "store/DataFile.h"
 
+#include "BenchStud.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -17,18 +19,7 @@ namespace {
 
 const QString kFile = QDir::tempPath() + QStringLiteral("/tessorin-bench-lists-50k.cav");
 
-bool generateFile()
-{
-    QFile::remove(kFile);
-    QProcess p;
-    p.start(QStringLiteral(TESSORIN_CLI_PATH), {QStringLiteral("generate"), kFile, QStringLiteral("--animals"),
-                                                 QStringLiteral("50000"), QStringLiteral("--seed"), QStringLiteral("2024")});
-    if (!p.waitForFinished(600000) || p.exitCode() != 0) {
-        fprintf(stderr, "generate failed: %s\n", p.readAllStandardError().constData());
-        return false;
-    }
-    return true;
-}
+bool generateFile() { return GenerateBenchStud(kFile, 50000); }
 
 void BM_SearchAllRecords(benchmark::State& state)
 {

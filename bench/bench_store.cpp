@@ -6,6 +6,8 @@
 #include "store/IntegrityCheck.h"
 #include "store/User.h"
 
+#include "BenchStud.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
@@ -23,22 +25,7 @@ const QString kFile = QDir::tempPath() + QStringLiteral("/tessorin-bench-50k.cav
 double gGenerateSeconds = -1;
 QStringList gNames; // a sample of stored names, spread over the file
 
-bool generateFile()
-{
-    QFile::remove(kFile);
-    QProcess p;
-    QElapsedTimer timer;
-    timer.start();
-    p.start(QStringLiteral(TESSORIN_CLI_PATH),
-            {QStringLiteral("generate"), kFile, QStringLiteral("--animals"), QString::number(kAnimals),
-             QStringLiteral("--seed"), QStringLiteral("2024")});
-    if (!p.waitForFinished(600000) || p.exitCode() != 0) {
-        fprintf(stderr, "generate failed: %s\n", p.readAllStandardError().constData());
-        return false;
-    }
-    gGenerateSeconds = double(timer.nsecsElapsed()) / 1e9;
-    return true;
-}
+bool generateFile() { return GenerateBenchStud(kFile, kAnimals, &gGenerateSeconds); }
 
 bool sampleNames()
 {

@@ -7,38 +7,19 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include "CliRunner.h"
+
 #include <QProcess>
 #include <QRegularExpression>
 
 namespace {
 
-struct Result {
-    int code = -1;
-    QString out;
-    QString err;
-};
+using Result = CliResult;
 
 class Cli : public ::testing::Test {
 protected:
     // Runs the tool on the test's fixed day.
-    Result run(const QStringList& arguments)
-    {
-        QProcess p;
-        p.setProgram(QStringLiteral(TESSORIN_CLI_PATH));
-        p.setArguments(QStringList{QStringLiteral("--today"), QStringLiteral("2026-11-23")} + arguments);
-        p.start();
-        Result r;
-        if (!p.waitForFinished(180000) || p.exitStatus() != QProcess::NormalExit) {
-            ADD_FAILURE() << "tessorin-cli did not finish: " << arguments.join(QLatin1Char(' ')).toStdString();
-            p.kill();
-            p.waitForFinished();
-            return r;
-        }
-        r.code = p.exitCode();
-        r.out = QString::fromUtf8(p.readAllStandardOutput());
-        r.err = QString::fromUtf8(p.readAllStandardError());
-        return r;
-    }
+    Result run(const QStringList& arguments) { return RunTool(arguments); }
     Result sql(const QString& file, const QString& statement) { return run({QStringLiteral("sql"), file, statement}); }
     // The single value of a one-column, one-row SELECT.
     QString scalar(const QString& file, const QString& statement)

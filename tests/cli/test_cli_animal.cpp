@@ -4,40 +4,18 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
+#include "CliRunner.h"
+
 #include <QProcessEnvironment>
 
 namespace {
 
-struct CliRun {
-    int code = -1;
-    QString out;
-    QString err;
-};
+using CliRun = CliResult;
 
 class CliAnimal : public ::testing::Test {
 protected:
     // The tool runs with its home in the test's folder, so that its pictures folder is ours.
-    CliRun run(const QStringList& arguments)
-    {
-        QProcess p;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("HOME"), env.root() + QStringLiteral("home"));
-        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), env.root() + QStringLiteral("home/.config"));
-        environment.insert(QStringLiteral("XDG_DATA_HOME"), env.root() + QStringLiteral("home/.local/share"));
-        p.setProcessEnvironment(environment);
-        p.start(QStringLiteral(TESSORIN_CLI_PATH), QStringList{QStringLiteral("--today"), QStringLiteral("2026-11-23")} + arguments);
-        CliRun r;
-        if (!p.waitForFinished(120000)) {
-            ADD_FAILURE() << "tessorin-cli did not finish";
-            p.kill();
-            p.waitForFinished();
-            return r;
-        }
-        r.code = p.exitCode();
-        r.out = QString::fromUtf8(p.readAllStandardOutput());
-        r.err = QString::fromUtf8(p.readAllStandardError());
-        return r;
-    }
+    CliRun run(const QStringList& arguments) { return RunTool(arguments, env.root() + QStringLiteral("home")); }
     QString newFile()
     {
         const QString file = env.root() + QStringLiteral("stud.cav");

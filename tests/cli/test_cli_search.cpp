@@ -1,4 +1,5 @@
 // tessorin-cli search and title: the lines the result list would hold, the count line, the title.
+#include "CliRunner.h"
 #include "support/TestEnv.h"
 
 #include <QDir>
@@ -7,11 +8,7 @@
 
 namespace {
 
-struct Outcome {
-    int code = -1;
-    QString out;
-    QString err;
-};
+using Outcome = CliResult;
 
 class CliSearch : public ::testing::Test {
 protected:
@@ -31,28 +28,8 @@ protected:
         ASSERT_EQ(run({"sql", file, "UPDATE cavyuser SET fldPrefix = 'CH,Grand Champion,Champion'"}).code, 0);
     }
     // The tool on the test's day, with its folders (and so its error log) inside the test's directory.
-    Outcome run(const QStringList& arguments)
-    {
-        QProcess p;
-        QProcessEnvironment e = QProcessEnvironment::systemEnvironment();
-        e.insert("HOME", env.root() + "home");
-        e.insert("XDG_DATA_HOME", env.root() + "xdg-data");
-        e.insert("XDG_CONFIG_HOME", env.root() + "xdg-config");
-        p.setProcessEnvironment(e);
-        p.start(QStringLiteral(TESSORIN_CLI_PATH), QStringList{"--today", "2026-11-23"} + arguments);
-        Outcome r;
-        if (!p.waitForFinished(60000)) {
-            ADD_FAILURE() << "tessorin-cli did not finish";
-            p.kill();
-            p.waitForFinished();
-            return r;
-        }
-        r.code = p.exitCode();
-        r.out = QString::fromUtf8(p.readAllStandardOutput());
-        r.err = QString::fromUtf8(p.readAllStandardError());
-        return r;
-    }
-    QString errorLog() const { return TestEnv::readText(env.root() + "xdg-data/tessorin/Errors.txt"); }
+    Outcome run(const QStringList& arguments) { return RunTool(arguments, env.root() + "home"); }
+    QString errorLog() const { return TestEnv::readText(env.root() + "home/.local/share/tessorin/Errors.txt"); }
 
     TestEnv env;
     QString file;
