@@ -6,6 +6,9 @@
 #include <QProcess>
 #include <QString>
 #include <QStringList>
+#include <QTemporaryDir>
+
+#include "shell/Folders.h"
 #include <cstdio>
 
 // Makes a new stud of `animals` animals at path (seed 2024); false, with the reason on stderr, when the
@@ -27,3 +30,16 @@ inline bool GenerateBenchStud(const QString& path, int animals, double* seconds 
         *seconds = double(timer.nsecsElapsed()) / 1e9;
     return true;
 }
+
+// Points the program's data and settings folders at a scratch folder for the run of a benchmark.
+class BenchFolders {
+public:
+    BenchFolders()
+    {
+        gSettingsFolder = m_folder.path() + QLatin1Char('/');
+        gDataFolder = m_folder.path() + QLatin1Char('/');
+    }
+
+private:
+    QTemporaryDir m_folder;
+};

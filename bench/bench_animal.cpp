@@ -107,9 +107,7 @@ BENCHMARK(BM_SetCurrentAnimalTenPictures)->Unit(benchmark::kMicrosecond);
 int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
-    QTemporaryDir folders;
-    gSettingsFolder = folders.path() + QLatin1Char('/');
-    gDataFolder = folders.path() + QLatin1Char('/');
+    BenchFolders folders;
 
     benchmark::Initialize(&argc, argv);
     if (!generateFile() || !openAndSample())

@@ -59,9 +59,7 @@ BENCHMARK(BM_RecordExistsMiss)->Unit(benchmark::kMillisecond);
 int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
-    QTemporaryDir folders;
-    gSettingsFolder = folders.path() + QLatin1Char('/');
-    gDataFolder = folders.path() + QLatin1Char('/');
+    BenchFolders folders;
 
     benchmark::Initialize(&argc, argv);
     if (!generateFile())
