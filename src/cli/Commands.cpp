@@ -1,6 +1,7 @@
 #include "cli/Commands.h"
 #include "cli/CliSupport.h"
 
+#include "cli/DemoPictures.h"
 #include "cli/Generator.h"
 #include "shell/Clock.h"
 #include "shell/OpenDataFile.h"
@@ -186,6 +187,13 @@ int cmdDemo(const CommandLine& cl, QTextStream&)
             }
         }
         GenerateStud(gDatabase, options);
+        // The current stock has pictures, so the record page of the demonstration shows one.
+        QStringList stock;
+        Recordset rs = gDatabase.OpenRecordset(
+            QStringLiteral("SELECT name FROM tree WHERE deceased <> -1 AND sold <> -1 AND owner = -1 ORDER BY name"));
+        for (; !rs.Eof() && stock.size() < 12; rs.MoveNext())
+            stock << DecodeText(rs.Fields(0).toString());
+        DrawDemoPictures(stock);
     });
     return kExitOk;
 }

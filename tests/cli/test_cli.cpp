@@ -5,6 +5,7 @@
 #include "store/DataFile.h"
 #include "store/SpeciesPresets.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include "CliRunner.h"
@@ -309,9 +310,18 @@ TEST_F(Cli, TinyStudsStillWork)
 TEST_F(Cli, DemoNeedsNoSetupWizard)
 {
     const QString file = path("demo.cav");
-    const Result r = run({"demo", file});
+    const QString home = path("home");
+    const Result r = RunTool({"demo", file}, home);
     ASSERT_EQ(r.code, 0) << r.err.toStdString();
     EXPECT_EQ(r.out, "");
+    // The first twelve of the current stock have a main picture, a real JPEG.
+    const QStringList pictures = QDir(home + "/Documents/tessorin/my pics").entryList({"*(0).jpg"}, QDir::Files);
+    EXPECT_EQ(pictures.size(), 12);
+    if (!pictures.isEmpty()) {
+        QFile jpeg(home + "/Documents/tessorin/my pics/" + pictures[0]);
+        ASSERT_TRUE(jpeg.open(QIODevice::ReadOnly));
+        EXPECT_EQ(jpeg.read(3), QByteArray("\xFF\xD8\xFF"));
+    }
 
     const QString settings = run({"settings", file}).out;
     const char* const lines[] = {

@@ -4,6 +4,7 @@
 #include "shell/Log.h"
 #include "shell/OpenDataFile.h"
 #include "shell/Platform.h"
+#include "shell/ProgramSettings.h"
 #include "shell/Ui.h"
 #include "shell/globals.h"
 #include "store/DataFile.h"
@@ -11,7 +12,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSettings>
 #include <QTextStream>
 #include <array>
 #include <filesystem>
@@ -23,8 +23,6 @@ namespace Chooser {
 namespace {
 
 const QString kDefaultKey = QStringLiteral("Default Database");
-
-QSettings programSettings() { return QSettings(QStringLiteral("tessorin"), QStringLiteral("tessorin")); }
 
 struct AnimalGroup {
     const char* word;
@@ -192,11 +190,11 @@ bool IsOpenDataFile(const QString& path)
     return gDatabase.isOpen() && !gDatabaseFile.isEmpty() && samePath(gDatabaseFile) == samePath(path);
 }
 
-QString DefaultDatabase() { return programSettings().value(kDefaultKey, QStringLiteral("1")).toString(); }
+QString DefaultDatabase() { return GetSetting(QString(), kDefaultKey, QStringLiteral("1")); }
 
-void SetDefaultDatabase(const QString& path) { programSettings().setValue(kDefaultKey, path); }
+void SetDefaultDatabase(const QString& path) { SaveSetting(QString(), kDefaultKey, path); }
 
-void RemoveDefault() { programSettings().remove(kDefaultKey); }
+void RemoveDefault() { DeleteSetting(QString(), kDefaultKey); }
 
 bool RunLoadOrder(const QString& commandLine)
 {

@@ -1,0 +1,7 @@
+// Pictures for the demonstration stud, drawn here so that the record page has something to show.
+#pragma once
+
+#include <QStringList>
+
+// Draws a main picture, "<name>(0).jpg", for each name into the pictures folder, unless one is there.
+void DrawDemoPictures(const QStringList& names);
