@@ -368,6 +368,17 @@ QString GetFullName(const QString& name)
     return full.trimmed();
 }
 
+bool NameInTree(const QString& name)
+{
+    try {
+        return !gDatabase.OpenRecordset(QStringLiteral("SELECT ID FROM tree WHERE name = '") + EncodeText(name) +
+                                        QLatin1Char('\''))
+                    .Eof();
+    } catch (const JetError&) {
+        return false;
+    }
+}
+
 bool GetIsSold(const QString& name)
 {
     Recordset rs = gDatabase.OpenRecordset(QStringLiteral("SELECT sold FROM tree WHERE name = '") + name + QLatin1Char('\''));

@@ -62,6 +62,10 @@ bool RecordExists(const QString& name, const QString& table);
 void LoadTitles(const QString& prefixList);
 QString RemoveTitle(const QString& name);
 
+// A picked name still has its row: through the name index, where RecordExists walks the table.
+// name is decoded.
+bool NameInTree(const QString& name);
+
 QString GetPrefixOf(const QString& name);
 QString GetSuffixOf(const QString& name);
 QString GetFullName(const QString& name);

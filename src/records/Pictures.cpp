@@ -1,10 +1,14 @@
 #include "records/Pictures.h"
 
 #include "records/Animal.h"
+#include "shell/Log.h"
+#include "shell/Ui.h"
 
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
 #include <QStringList>
 
 void renamePictures(const QString& oldName, const QString& newName)
@@ -31,4 +35,222 @@ void renamePictures(const QString& oldName, const QString& newName)
         if (!QFile::copy(folder + file, folder + target) || !QFile::remove(folder + file))
             return;
     }
+}
+
+const QString kPictureLabelPrompt =
+    QStringLiteral("If you want to you can enter a description below for your picture.\n\n"
+                   "Rules: No name needed, just a description - don't use characters [ ] ( ) \\ / : * ? < > | \"");
+
+namespace {
+
+QString slotTag(int slot) { return QLatin1Char('(') + QString::number(slot) + QLatin1Char(')'); }
+
+bool validSlot(int slot) { return slot >= 0 && slot < kPictureSlots; }
+
+void logFileError(const QString& title, const QFile& file)
+{
+    LogError(title + QString::number(int(file.error())) + QStringLiteral(" - ") + file.errorString());
+}
+
+// A picture's file name split at its slot: the name as the file spells it, and what follows the "(n)",
+// label and extension.
+struct SlotFile {
+    QString folder;
+    QString namePart;
+    QString rest;
+};
+
+SlotFile splitSlotFile(const QString& path, const QString& name, int slot)
+{
+    const QFileInfo info(path);
+    const QString fileName = info.fileName();
+    return {info.path() + QLatin1Char('/'), fileName.left(name.size()),
+            fileName.mid(name.size() + slotTag(slot).size())};
+}
+
+bool renameFile(const QString& from, const QString& to)
+{
+    QFile file(from);
+    if (file.rename(to))
+        return true;
+    logFileError(QStringLiteral("Swap pictures error "), file);
+    return false;
+}
+
+} // namespace
+
+QString PictureTargetName(const QString& name, int slot, const QString& label, const QString& sourcePath)
+{
+    QString target = name + slotTag(slot);
+    if (!label.isEmpty())
+        target += QStringLiteral(" [") + label + QLatin1Char(']');
+    return target + sourcePath.right(4);
+}
+
+QString PictureFile(const QString& name, int slot)
+{
+    if (name.isEmpty() || !validSlot(slot))
+        return {};
+    return Animal().getPictureFileName(name + slotTag(slot));
+}
+
+bool AddPicture(const QString& name, int slot)
+{
+    if (name.isEmpty() || !validSlot(slot))
+        return false;
+    const QString folder = PicturesFolder();
+    if (!QDir().mkpath(folder)) {
+        LogError(QStringLiteral("Add picture error 76 - Path not found ") + folder);
+        return false;
+    }
+    const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
+    const QString source = Ui::openFile(kChoosePictureTitle, kPictureFilter, pictures);
+    if (source.isEmpty())
+        return false;
+    const QString label = Ui::input(kPictureLabelPrompt, kPictureLabelTitle);
+
+    // The file chosen may be the slot's own; deleting it first would lose it.
+    const QString old = PictureFile(name, slot);
+    if (!old.isEmpty() && QFileInfo(old).canonicalFilePath() != QFileInfo(source).canonicalFilePath()) {
+        QFile oldFile(old);
+        if (!oldFile.remove()) {
+            logFileError(QStringLiteral("Add picture error "), oldFile);
+            return false;
+        }
+    }
+    if (source.contains(QLatin1String("my pics"), Qt::CaseInsensitive))
+        return true;
+
+    const QString target = folder + PictureTargetName(name, slot, label, source);
+    QFile::remove(target); // a second file of the slot under the very same name
+    QFile sourceFile(source);
+    if (!sourceFile.copy(target)) {
+        logFileError(QStringLiteral("Add picture error "), sourceFile);
+        return false;
+    }
+    return true;
+}
+
+bool RemovePicture(const QString& name, int slot)
+{
+    const QString path = PictureFile(name, slot);
+    if (path.isEmpty())
+        return false;
+    QFile file(path);
+    if (!file.remove()) {
+        logFileError(QStringLiteral("Remove picture error "), file);
+        return false;
+    }
+    return true;
+}
+
+bool swapPictures(const QString& name, int slot)
+{
+    if (slot < 1 || slot >= kPictureSlots)
+        return false;
+    const QString slotPath = PictureFile(name, slot);
+    if (slotPath.isEmpty())
+        return false;
+    const SlotFile moving = splitSlotFile(slotPath, name, slot);
+    const QString newMain = moving.folder + moving.namePart + slotTag(0) + moving.rest;
+
+    const QString mainPath = PictureFile(name, 0);
+    if (mainPath.isEmpty())
+        return renameFile(slotPath, newMain);
+
+    // Through a name outside the animal's, so that the two never meet under one name.
+    const QString temporary = moving.folder + QLatin1Char('t') + moving.namePart + slotTag(0) + moving.rest;
+    const SlotFile main = splitSlotFile(mainPath, name, 0);
+    const QString newSlot = main.folder + main.namePart + slotTag(slot) + main.rest;
+    if (!renameFile(slotPath, temporary))
+        return false;
+    // A step that fails puts the earlier ones back, so no picture is left under the temporary name.
+    if (!renameFile(mainPath, newSlot)) {
+        QFile::rename(temporary, slotPath);
+        return false;
+    }
+    if (!renameFile(temporary, newMain)) {
+        QFile::rename(newSlot, mainPath);
+        QFile::rename(temporary, slotPath);
+        return false;
+    }
+    return true;
+}
+
+void ViewPicture(const QString& path)
+{
+    if (path.isEmpty())
+        return;
+    if (!QFileInfo(path).isFile()) {
+        LogError(QStringLiteral("Open Windows and Fax Viewer Error 53 - File not found: ") + path);
+        return;
+    }
+    Ui::showPath(path);
+}
+
+QString ChangePictureCaption(int slot)
+{
+    if (slot == 0)
+        return QStringLiteral("Change main picture ");
+    return QStringLiteral("Change picture ") + QString::number(slot);
+}
+
+QString RemovePictureCaption(int slot)
+{
+    if (slot == 0)
+        return QStringLiteral("Remove main picture ");
+    return QStringLiteral("Remove picture ") + QString::number(slot);
+}
+
+QString SwapPictureCaption(int slot)
+{
+    if (slot == 0)
+        return {};
+    return QStringLiteral("Swap picture ") + QString::number(slot) + QStringLiteral(" with pedigree");
+}
+
+QString WrapText(const QString& text, int width)
+{
+    const QString trimmed = text.trimmed();
+    QString wrapped;
+    qsizetype lineLength = 0;
+    qsizetype i = 0;
+    while (i < trimmed.size()) {
+        const QChar c = trimmed.at(i);
+        if (c == QLatin1Char('\r') || c == QLatin1Char('\n')) {
+            wrapped += c;
+            lineLength = 0;
+            ++i;
+            continue;
+        }
+        if (c == QLatin1Char(' ')) {
+            // The blank either stays, or becomes the line end when the next word would pass the width.
+            qsizetype end = i + 1;
+            while (end < trimmed.size() && !QStringView(u" \r\n").contains(trimmed.at(end)))
+                ++end;
+            const qsizetype word = end - i - 1;
+            if (lineLength > 0 && lineLength + 1 + word > width) {
+                wrapped += QLatin1Char('\n');
+                lineLength = 0;
+            } else {
+                wrapped += c;
+                ++lineLength;
+            }
+            ++i;
+            continue;
+        }
+        wrapped += c;
+        ++lineLength;
+        ++i;
+    }
+    return wrapped;
+}
+
+QSize resizePicture(const QSize& picture, const QSize& box)
+{
+    if (picture.isEmpty() || box.isEmpty())
+        return {};
+    if (picture.width() <= box.width() && picture.height() <= box.height())
+        return picture;
+    return picture.scaled(box, Qt::KeepAspectRatio);
 }

@@ -1,10 +1,48 @@
 // The pictures of an animal: files named after it in the one pictures folder that every data file of
-// the user shares, "<name>(<slot>)[ [<label>]].jpg", slot 0 being the main picture.
+// the user shares, "<name>(<slot>)[ [<label>]].jpg", slot 0 being the main picture. Also the small
+// text and size rules of the record page that shows them.
 #pragma once
 
+#include <QSize>
 #include <QString>
 
 // Carries an animal's pictures to its new name: every file of the pictures folder that begins with the
 // old name (letter case ignored) is copied to the name with the old name replaced, and the old file is
 // removed. The first file that cannot be moved ends the walk, as does an empty old name.
 void renamePictures(const QString& oldName, const QString& newName);
+
+inline const QString kChoosePictureTitle = QStringLiteral("Choose picture");
+inline const QString kPictureFilter = QStringLiteral("Compatable picture files|*.jpg");
+inline const QString kPictureLabelTitle = QStringLiteral("Enter label");
+extern const QString kPictureLabelPrompt;
+
+// The file name a picture of slot n takes: name + "(n)", " [label]" when there is a label, and the
+// last four characters of the source (its extension, as a rule ".jpg").
+QString PictureTargetName(const QString& name, int slot, const QString& label, const QString& sourcePath);
+// The full path of the picture in slot n of an animal, "" when there is none.
+QString PictureFile(const QString& name, int slot);
+
+// The commands on one slot of an animal name. Each returns true when it changed the folder; a file error
+// ends the command, logged, leaving what exists.
+// Asks for a file and a label, replaces the slot's old file and copies the new one in. Cancel in the
+// file dialog changes nothing.
+bool AddPicture(const QString& name, int slot);
+bool RemovePicture(const QString& name, int slot);
+// Exchanges slot n (1 to 9) with the main picture, each keeping its label; with no main picture the
+// slot's file becomes the main picture.
+bool swapPictures(const QString& name, int slot);
+// Shows a picture large in the desktop's viewer.
+void ViewPicture(const QString& path);
+
+// The captions of the commands, following the chosen slot. Slot 0 has no swap: "".
+QString ChangePictureCaption(int slot);
+QString RemovePictureCaption(int slot);
+QString SwapPictureCaption(int slot);
+
+// Wraps text at blanks into lines of at most width characters; line ends the text holds restart the
+// count, and a word longer than the width stands alone on its line, uncut.
+QString WrapText(const QString& text, int width);
+
+// The size a picture is drawn at within a box: its own size when it fits, else shrunk with its
+// proportions kept. Empty for an empty picture or box.
+QSize resizePicture(const QSize& picture, const QSize& box);

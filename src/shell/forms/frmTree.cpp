@@ -1,6 +1,12 @@
 #include "shell/forms/frmTree.h"
 
 #include "records/Animal.h"
+#include "records/Lists.h"
+#include "records/forms/RecordPage.h"
+#include "records/forms/SearchPane.h"
+#include "records/forms/ShowRecordOnForm.h"
+#include "records/forms/frmAdd.h"
+#include "records/forms/frmPictures.h"
 #include "shell/Folders.h"
 #include "shell/Log.h"
 #include "shell/OpenDataFile.h"
@@ -13,20 +19,26 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QHBoxLayout>
 #include <QIcon>
 #include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
 #include <QMenuBar>
 #include <QPointer>
+#include <QPushButton>
 #include <QScreen>
 #include <QSet>
 #include <QStyle>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QToolBar>
+#include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <map>
@@ -104,6 +116,12 @@ const std::map<QString, QString> kSubmenuNames = {
 using Handler = void (frmTree::*)();
 // The entries that work in this version; every other one stands disabled with its tip.
 const std::map<QString, Handler> kHandlers = {
+    {QStringLiteral("mnuSearch"), &frmTree::mnuSearch_Click},
+    {QStringLiteral("mnuAdd"), &frmTree::mnuAdd_Click},
+    {QStringLiteral("mnuSimilar"), &frmTree::mnuSimilar_Click},
+    {QStringLiteral("mnuEdit"), &frmTree::mnuEdit_Click},
+    {QStringLiteral("mnuDelete"), &frmTree::mnuDelete_Click},
+    {QStringLiteral("mnuMyPics"), &frmTree::mnuMyPics_Click},
     {QStringLiteral("mnuExit"), &frmTree::mnuExit_Click},
     {QStringLiteral("mnuOpen"), &frmTree::mnuOpen_Click},
     {QStringLiteral("mnuNewDatabase"), &frmTree::mnuNewDatabase_Click},
@@ -117,8 +135,12 @@ const std::map<QString, Handler> kHandlers = {
 };
 
 // Entries that work on the open data file: without one they wait.
-const QSet<QString> kNeedsDataFile = {QStringLiteral("mnuUser"), QStringLiteral("mnuClearRecent"),
-                                      QStringLiteral("mnuUpdateDatabase")};
+const QSet<QString> kNeedsDataFile = {
+    QStringLiteral("mnuUser"),    QStringLiteral("mnuClearRecent"), QStringLiteral("mnuUpdateDatabase"),
+    QStringLiteral("mnuSearch"),  QStringLiteral("mnuAdd"),         QStringLiteral("mnuSimilar"),
+    QStringLiteral("mnuEdit"),    QStringLiteral("mnuDelete")};
+
+
 
 struct ToolbarButton {
     const char* key;
@@ -224,20 +246,26 @@ frmTree::frmTree(QWidget* parent) : QMainWindow(parent)
 
     RemoveLeftoverFiles();
     gFormsLoaded = true;
-    if (open) {
-        LoadRecentFile();
-        ShowRecentList();
-    }
 
     buildMenus();
     buildToolbar();
     buildPages();
+
+    if (open) {
+        LoadRecentFile();
+        Lists::LoadTitles(gUser.Prefix);
+        pane->load();
+    } else {
+        pane->setEnabled(false);
+    }
 
     const QRect screen = QGuiApplication::primaryScreen() ? QGuiApplication::primaryScreen()->availableGeometry()
                                                           : QRect(0, 0, 1280, 1024);
     resize(qMin(1100, screen.width()), qMin(760, screen.height()));
     move(screen.center() - rect().center());
     SelectTab(QStringLiteral("Individual"));
+    if (!pane->pinned())
+        HideSearch();
 }
 
 void frmTree::buildMenus()
@@ -288,37 +316,51 @@ void frmTree::buildMenus()
         sub->menuAction()->setToolTip(kNotAvailableYet);
     }
 
-    // The pop-up menus of the lists and the picture; the lists that show them come with the pages.
-    auto popup = [this](const QString& name, const QString& title, const QList<QPair<QString, QString>>& entries) {
-        auto* menu = new QMenu(title, this);
-        menu->setObjectName(name);
-        menu->setToolTipsVisible(true);
-        for (const auto& [caption, actionName] : entries) {
-            QAction* action = menu->addAction(caption);
-            action->setObjectName(actionName);
+    // The pop-up menus of the lists. An entry runs the main menu's command, or waits with its page.
+    auto popupEntry = [this](QMenu* menu, const QString& caption, const QString& name, const QString& runs) {
+        QAction* action = menu->addAction(caption);
+        action->setObjectName(name);
+        QAction* target = runs.isEmpty() ? nullptr : entry(runs);
+        if (target && target->isEnabled()) {
+            connect(action, &QAction::triggered, target, &QAction::trigger);
+        } else if (!target) {
             action->setEnabled(false);
             action->setToolTip(kNotAvailableYet);
+        } else {
+            action->setEnabled(false);
         }
-        return menu;
+        return action;
     };
-    mnuPopUp = popup(QStringLiteral("mnuPopUp"), QStringLiteral("Popup"),
-                     {{QStringLiteral("Edit Record"), QStringLiteral("mnuEditRecord")},
-                      {QStringLiteral("Delete Record"), QStringLiteral("mnuDeleteRecord")}});
-    mnuOptions = popup(QStringLiteral("mnuOptions"), QStringLiteral("Options"),
-                       {{QStringLiteral("Edit"), QStringLiteral("mnuListEdit")},
-                        {QStringLiteral("Delete"), QStringLiteral("mnuListDelete")}});
-    auto* mnuListAdd = new QMenu(QStringLiteral("Add"), mnuOptions);
+    mnuPopUp = new QMenu(QStringLiteral("Popup"), this);
+    mnuPopUp->setObjectName(QStringLiteral("mnuPopUp"));
+    mnuPopUp->setToolTipsVisible(true);
+    popupEntry(mnuPopUp, QStringLiteral("Edit Record"), QStringLiteral("mnuEditRecord"), QStringLiteral("mnuEdit"));
+    popupEntry(mnuPopUp, QStringLiteral("Delete Record"), QStringLiteral("mnuDeleteRecord"), QStringLiteral("mnuDelete"));
+
+    mnuOptions = new QMenu(QStringLiteral("Options"), this);
+    mnuOptions->setObjectName(QStringLiteral("mnuOptions"));
+    mnuOptions->setToolTipsVisible(true);
+    auto* mnuListAdd = mnuOptions->addMenu(QStringLiteral("Add"));
     mnuListAdd->setObjectName(QStringLiteral("mnuListAdd"));
-    for (const char* caption : {"Notes & Awards", "Photo", "Journal", "Weight", "Health Note", "Treatment", "Show Result"}) {
-        QAction* action = mnuListAdd->addAction(QString::fromLatin1(caption));
-        action->setEnabled(false);
-        action->setToolTip(kNotAvailableYet);
+    mnuListAdd->setToolTipsVisible(true);
+    const QList<QPair<QString, QString>> addEntries = {
+        {QStringLiteral("Notes & Awards"), QStringLiteral("Notes")}, {QStringLiteral("Photo"), QStringLiteral("Photos")},
+        {QStringLiteral("Journal"), QStringLiteral("Journal")},      {QStringLiteral("Weight"), QStringLiteral("Weight")},
+        {QStringLiteral("Health Note"), QStringLiteral("Health")},   {QStringLiteral("Treatment"), QStringLiteral("Treatments")},
+        {QStringLiteral("Show Result"), QStringLiteral("Shows")}};
+    for (const auto& [caption, kind] : addEntries) {
+        QAction* action = mnuListAdd->addAction(caption);
+        action->setObjectName(QStringLiteral("mnuListAdd") + QString(caption).remove(QLatin1Char(' ')));
+        if (open && quickLinkAvailable(kind)) {
+            connect(action, &QAction::triggered, this, [this, kind] { quickLink(kind); });
+        } else {
+            action->setEnabled(false);
+            if (!quickLinkAvailable(kind))
+                action->setToolTip(kNotAvailableYet);
+        }
     }
-    mnuOptions->insertMenu(mnuOptions->actions().value(0), mnuListAdd);
-    mnuPicOptions = popup(QStringLiteral("mnuPicOptions"), QStringLiteral("Picture Options"),
-                          {{QStringLiteral("Add / Change"), QStringLiteral("mnuPicAdd")},
-                           {QStringLiteral("Delete"), QStringLiteral("mnuPicDelete")},
-                           {QStringLiteral("Swap with pedigree picture"), QStringLiteral("mnuPicSwap")}});
+    popupEntry(mnuOptions, QStringLiteral("Edit"), QStringLiteral("mnuListEdit"), QStringLiteral("mnuEdit"));
+    popupEntry(mnuOptions, QStringLiteral("Delete"), QStringLiteral("mnuListDelete"), QStringLiteral("mnuDelete"));
 }
 
 void frmTree::buildToolbar()
@@ -359,10 +401,16 @@ void frmTree::buildToolbar()
 void frmTree::buildPages()
 {
     auto* central = new QWidget(this);
-    central->setObjectName(QStringLiteral("fmeMainInfo"));
-    auto* layout = new QVBoxLayout(central);
+    central->setObjectName(QStringLiteral("fmeWindow"));
+    auto* row = new QHBoxLayout(central);
+    row->setContentsMargins(4, 4, 4, 4);
+    auto* pages = new QWidget(central);
+    pages->setObjectName(QStringLiteral("fmeMainInfo"));
+    row->addWidget(pages, 1);
+    auto* layout = new QVBoxLayout(pages);
+    layout->setContentsMargins(0, 0, 0, 0);
 
-    lblTitle = new QLabel(central);
+    lblTitle = new QLabel(pages);
     lblTitle->setObjectName(QStringLiteral("lblTitle"));
     QFont titleFont = lblTitle->font();
     titleFont.setPointSizeF(titleFont.pointSizeF() * 1.4);
@@ -370,7 +418,7 @@ void frmTree::buildPages()
     lblTitle->setFont(titleFont);
     layout->addWidget(lblTitle);
 
-    TabStrip1 = new QTabWidget(central);
+    TabStrip1 = new QTabWidget(pages);
     TabStrip1->setObjectName(QStringLiteral("TabStrip1"));
     TabStrip1->setDocumentMode(true);
     TabStrip1->setUsesScrollButtons(true);
@@ -381,6 +429,11 @@ void frmTree::buildPages()
         auto* page = new QWidget(TabStrip1);
         page->setObjectName(pageName(tab.key));
         auto* pageLayout = new QVBoxLayout(page);
+        if (i == 0) {
+            pageLayout->setContentsMargins(0, 0, 0, 0);
+            recordPage = new RecordPage(page);
+            pageLayout->addWidget(recordPage);
+        }
         auto* placeholder = new QLabel(page);
         placeholder->setObjectName(QStringLiteral("lblPageTitle(") + QString::number(i) + QLatin1Char(')'));
         placeholder->setAlignment(Qt::AlignCenter);
@@ -388,7 +441,10 @@ void frmTree::buildPages()
         QFont placeholderFont = placeholder->font();
         placeholderFont.setPointSizeF(placeholderFont.pointSizeF() * 2);
         placeholder->setFont(placeholderFont);
-        pageLayout->addWidget(placeholder);
+        if (i > 0)
+            pageLayout->addWidget(placeholder);
+        else
+            placeholder->hide();
         // The first caption is the species word of the open file; without a file the key stands.
         const QString caption = i == 0 && !gUser.Animal.isEmpty() ? gUser.Animal : tab.key;
         const int index = TabStrip1->addTab(page, caption);
@@ -399,8 +455,43 @@ void frmTree::buildPages()
             TabStrip1->setTabToolTip(index, kNotAvailableYet);
         }
     }
+    buildSearchPane(central);
+    row->addWidget(cmdSearchBtn);
+    row->addWidget(pane);
     setCentralWidget(central);
     connect(TabStrip1, &QTabWidget::currentChanged, this, &frmTree::TabStrip1_Click);
+}
+
+void frmTree::buildSearchPane(QWidget* central)
+{
+    pane = new SearchPane(central);
+    pane->installEventFilter(this);
+    connect(pane, &SearchPane::animalPicked, this, &frmTree::ChangeCurrentAnimal);
+    connect(pane, &SearchPane::editRequested, this, &frmTree::mnuEdit_Click);
+    connect(pane, &SearchPane::optionsRequested, this, [this](const QPoint& at, bool fromRecent) {
+        (fromRecent ? mnuPopUp : mnuOptions)->popup(at);
+    });
+    connect(pane, &SearchPane::pinToggled, this, [this](bool pinned) {
+        if (pinned)
+            tmrSearchPane->stop();
+    });
+
+    // While the pane hides itself a narrow button stands at the window's edge; pointing at it brings the
+    // pane back.
+    cmdSearchBtn = new QPushButton(QStringLiteral("S\ne\na\nr\nc\nh"), central);
+    cmdSearchBtn->setObjectName(QStringLiteral("cmdSearchBtn"));
+    cmdSearchBtn->setToolTip(QStringLiteral("Show the search pane"));
+    cmdSearchBtn->setFixedWidth(24);
+    cmdSearchBtn->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+    cmdSearchBtn->installEventFilter(this);
+    cmdSearchBtn->hide();
+    connect(cmdSearchBtn, &QPushButton::clicked, this, &frmTree::ShowSearch);
+
+    tmrSearchPane = new QTimer(this);
+    tmrSearchPane->setObjectName(QStringLiteral("tmrSearchPane"));
+    tmrSearchPane->setSingleShot(true);
+    tmrSearchPane->setInterval(700);
+    connect(tmrSearchPane, &QTimer::timeout, this, &frmTree::tmrSearchPane_Timer);
 }
 
 QAction* frmTree::entry(const QString& name) const
@@ -451,9 +542,182 @@ void frmTree::RunTabProcess()
     if (auto* label = findChild<QLabel*>(QStringLiteral("lblPageTitle(") +
                                          QString::number(TabStrip1->currentIndex()) + QLatin1Char(')')))
         label->setText(title);
+    HideFrames();
+    showPage(key);
+}
+
+void frmTree::HideFrames()
+{
+    // The web view and the printed pedigree share the page area with the tabs and show on demand only.
+    for (QWidget* frame : centralWidget()->findChildren<QWidget*>()) {
+        if (frame->objectName().contains(QLatin1String("Frame")))
+            frame->hide();
+    }
+}
+
+void frmTree::showPage(const QString& key)
+{
+    if (key == QLatin1String("Individual") && recordPage)
+        recordPage->ShowNotes();
 }
 
 void frmTree::TabStrip1_Click() { RunTabProcess(); }
+
+void frmTree::resizeFrames()
+{
+    if (!pane)
+        return;
+    // A quarter of the window, but never so narrow that names are cut or so wide that the pages starve.
+    pane->setFixedWidth(qBound(230, width() / 4, 320));
+}
+
+void frmTree::resizeEvent(QResizeEvent* event)
+{
+    QMainWindow::resizeEvent(event);
+    resizeFrames();
+}
+
+void frmTree::ShowSearch()
+{
+    tmrSearchPane->stop();
+    cmdSearchBtn->hide();
+    pane->show();
+}
+
+void frmTree::HideSearch()
+{
+    pane->hide();
+    cmdSearchBtn->show();
+}
+
+bool frmTree::searchShown() const { return !pane->isHidden(); }
+
+void frmTree::tmrSearchPane_Timer()
+{
+    // A drop-down list of the pane is a window of its own: the pointer on it is still in the pane.
+    if (!gFormsLoaded || pane->pinned() || pane->underMouse() || QApplication::activePopupWidget())
+        return;
+    HideSearch();
+}
+
+bool frmTree::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == pane && event->type() == QEvent::Leave && !pane->pinned())
+        tmrSearchPane->start();
+    else if (watched == pane && event->type() == QEvent::Enter)
+        tmrSearchPane->stop();
+    else if (watched == cmdSearchBtn && event->type() == QEvent::Enter)
+        ShowSearch();
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void frmTree::ChangeCurrentAnimal(const QString& name, bool fromRecent)
+{
+    if (!Lists::NameInTree(name)) {
+        if (fromRecent)
+            RecentNotFound(name);
+        return;
+    }
+    QString loaded = name;
+    gAnimal.SetCurrentAnimal(loaded);
+    AddRecent(loaded);
+    ShowRecentList();
+    RunTabProcess();
+}
+
+bool frmTree::needsCurrentAnimal(const QString& text)
+{
+    if (!gAnimal.name.isEmpty() && Lists::NameInTree(gAnimal.name))
+        return true;
+    Ui::message(text, Ui::Buttons::Ok, Ui::Icon::Exclamation, QStringLiteral("Error"));
+    return false;
+}
+
+void frmTree::DeleteCurrentAnimal()
+{
+    if (!needsCurrentAnimal(QStringLiteral("Please select a record from the Search list to delete.")))
+        return;
+    const Ui::Answer answer = Ui::message(QStringLiteral("Are you sure you want to permanently remove ") + gAnimal.name +
+                                              QStringLiteral(" from the database?"),
+                                          Ui::Buttons::YesNo, Ui::Icon::Question, QStringLiteral("Delete Record?"));
+    if (answer != Ui::Answer::Yes)
+        return;
+    const int row = pane->currentRow();
+    gAnimal.Delete();
+    gAnimal = Animal();
+    pane->refillSearchList();
+    // The animal that moved up into the deleted one's place becomes current.
+    if (!pane->pickRow(row))
+        RunTabProcess();
+}
+
+void frmTree::refillSearchList() { pane->refillSearchList(); }
+
+void frmTree::putFirstInSearchList(const QString& name)
+{
+    pane->putFirstInSearchList(name);
+    ChangeCurrentAnimal(name, false);
+}
+
+bool frmTree::quickLinkAvailable(const QString& kind) const { return kind == QLatin1String("Photos"); }
+
+void frmTree::quickLink(const QString& kind)
+{
+    if (kind != QLatin1String("Photos") || gAnimal.name.isEmpty())
+        return;
+    SelectTab(QStringLiteral("Individual"));
+    frmPictures form(gAnimal.name, this);
+    form.exec();
+    RunTabProcess();
+}
+
+void frmTree::openRecordForm(bool edit, bool similar)
+{
+    EditMode = edit;
+    frmAdd form(this, TabStrip1->tabText(TabStrip1->currentIndex()), this);
+    if (similar) {
+        // A new record from the current one's details: opened as new, so that none of the current
+        // animal's other records pass to it.
+        ShowRecordOnForm(&form, gAnimal);
+        for (const char* name : {"searchList", "txtName", "txtCallName", "txtTag", "txtCage", "txtDOB"}) {
+            if (auto* box = form.findChild<QComboBox*>(QString::fromLatin1(name)))
+                box->setEditText(QString());
+            else if (auto* line = form.findChild<QLineEdit*>(QString::fromLatin1(name)))
+                line->clear();
+        }
+    }
+    form.exec();
+    EditMode = false;
+    RunTabProcess();
+}
+
+void frmTree::mnuSearch_Click()
+{
+    ShowSearch();
+    pane->ShowSearchOptions(false);
+}
+
+void frmTree::mnuAdd_Click() { openRecordForm(false, false); }
+
+void frmTree::mnuSimilar_Click()
+{
+    if (needsCurrentAnimal(QStringLiteral("Please select a record from the Search list to copy.")))
+        openRecordForm(false, true);
+}
+
+void frmTree::mnuEdit_Click()
+{
+    if (needsCurrentAnimal(QStringLiteral("Please select a record from the Search list to edit.")))
+        openRecordForm(true, false);
+}
+
+void frmTree::mnuDelete_Click() { DeleteCurrentAnimal(); }
+
+void frmTree::mnuMyPics_Click()
+{
+    QDir().mkpath(PicturesFolder());
+    Ui::showPath(PicturesFolder());
+}
 
 void frmTree::mnuExit_Click() { close(); }
 

@@ -2,6 +2,8 @@
 // data file, so every page starts from the file that is open.
 #pragma once
 
+#include "records/forms/RecordHost.h"
+
 #include <QList>
 #include <QMainWindow>
 #include <QString>
@@ -9,7 +11,11 @@
 class QAction;
 class QLabel;
 class QMenu;
+class QPushButton;
 class QTabWidget;
+class QTimer;
+class RecordPage;
+class SearchPane;
 
 // The texts of a command whose work comes with a later version of the program.
 inline const QString kNotAvailableYet = QStringLiteral("Not available yet");
@@ -20,7 +26,7 @@ struct TreeTab {
     bool followsAnimal;  // the page shows the current animal's records
 };
 
-class frmTree : public QMainWindow {
+class frmTree : public QMainWindow, public RecordHost {
     Q_OBJECT
 public:
     explicit frmTree(QWidget* parent = nullptr);
@@ -35,16 +41,43 @@ public:
     QString selectedKey() const;
     QAction* toolbarButton(const QString& key) const;
 
+    SearchPane* searchPane() const { return pane; }
+
     // Selects "Individual" first and lets events run, so that the page by key is always entered afresh.
-    void SelectTab(const QString& key);
+    void SelectTab(const QString& key) override;
     // Sets the title label for the selected tab and shows its page.
-    void RunTabProcess();
+    void RunTabProcess() override;
+    // Hides every page frame, before one shows.
+    void HideFrames();
+    // Keeps the search pane a usable width however narrow the window is.
+    void resizeFrames();
+    void ShowSearch();
+    void HideSearch();
+    bool searchShown() const;
+
+    // A name picked in the search or recent list becomes the current animal.
+    void ChangeCurrentAnimal(const QString& name, bool fromRecent);
+    void DeleteCurrentAnimal();
+
+    // RecordHost
+    void refillSearchList() override;
+    void putFirstInSearchList(const QString& name) override;
+    QString shownPageKey() const override { return selectedKey(); }
+    bool quickLinkAvailable(const QString& kind) const override;
+    void quickLink(const QString& kind) override;
 
     // Closes the window as a change of data file does: the recent lists are written, the program goes on.
     void Unload();
 
 public slots:
     void TabStrip1_Click();
+    void mnuSearch_Click();
+    void mnuAdd_Click();
+    void mnuSimilar_Click();
+    void mnuEdit_Click();
+    void mnuDelete_Click();
+    void mnuMyPics_Click();
+    void tmrSearchPane_Timer();
     void mnuExit_Click();
     void mnuOpen_Click();
     void mnuNewDatabase_Click();
@@ -58,18 +91,28 @@ public slots:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void buildMenus();
     void buildToolbar();
     void buildPages();
+    void buildSearchPane(QWidget* central);
     QAction* entry(const QString& name) const;
+    void showPage(const QString& key);
+    // Opens the add and edit form; similar starts from the current animal's details.
+    void openRecordForm(bool edit, bool similar);
+    bool needsCurrentAnimal(const QString& text);
 
     QTabWidget* TabStrip1 = nullptr;
     QLabel* lblTitle = nullptr;
     QMenu* mnuPopUp = nullptr;
     QMenu* mnuOptions = nullptr;
-    QMenu* mnuPicOptions = nullptr;
+    SearchPane* pane = nullptr;
+    QPushButton* cmdSearchBtn = nullptr; // stands in for the pane while it is hidden
+    QTimer* tmrSearchPane = nullptr;
+    RecordPage* recordPage = nullptr;
     bool unloading = false; // closed for a change of data file, not by the user
     bool closed = false;
 };

@@ -1,0 +1,295 @@
+// The search pane through its widgets, and the record commands of the main window that act on the
+// animal picked in it.
+#include "support/TestEnv.h"
+
+#include "records/Animal.h"
+#include "records/forms/SearchPane.h"
+#include "shell/OpenDataFile.h"
+#include "shell/ProgramSettings.h"
+#include "shell/RecentList.h"
+#include "shell/forms/frmTree.h"
+#include "shell/globals.h"
+#include "store/DataFile.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QToolButton>
+#include <gtest/gtest.h>
+
+namespace {
+
+class SearchPaneTest : public EnvTest {
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(CreateDataFile(QStringLiteral("Rabbits.cav"), env.dataFolder()));
+        ASSERT_TRUE(OpenDataFile(env.dataFolder() + QStringLiteral("Rabbits.cav")));
+        gUser.Animal = QStringLiteral("Rabbit");
+        // name, breed, owner, sold, deceased
+        const char* rows[][5] = {
+            {"Amber", "Rex", "-1", "0", "0"},   {"Basil", "Dutch", "-1", "0", "0"}, {"Bramble", "Rex", "-1", "0", "0"},
+            {"Clover", "Lop", "-1", "-1", "0"}, {"Dill", "Rex", "0", "0", "0"},     {"Elm", "Dutch", "-1", "0", "-1"},
+        };
+        for (const auto& r : rows) {
+            gDatabase.Execute(QStringLiteral("INSERT INTO tree (name, sex, breed, owner, sold, deceased, breeder, leased, "
+                                             "prefix, suffix) VALUES ('%1', 'female', '%2', %3, %4, %5, 0, 0, '', '')")
+                                  .arg(QString::fromLatin1(r[0]), QString::fromLatin1(r[1]), QString::fromLatin1(r[2]),
+                                       QString::fromLatin1(r[3]), QString::fromLatin1(r[4])));
+        }
+        env.ui().clear();
+    }
+
+    ~SearchPaneTest() override
+    {
+        CloseDatabase();
+        gUser = User();
+        gAnimal = Animal();
+        gRecentNames.fill(QString());
+        gFormsLoaded = false;
+    }
+
+    template <typename T>
+    static T* child(QWidget* w, const QString& name)
+    {
+        T* found = w->findChild<T*>(name);
+        EXPECT_NE(found, nullptr) << name.toStdString();
+        return found;
+    }
+
+    static QStringList rows(QListWidget* list)
+    {
+        QStringList out;
+        for (int i = 0; i < list->count(); ++i)
+            out << list->item(i)->text();
+        return out;
+    }
+
+    static void click(QWidget* w)
+    {
+        QMouseEvent release(QEvent::MouseButtonRelease, QPointF(2, 2), w->mapToGlobal(QPointF(2, 2)), Qt::LeftButton,
+                            Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(w, &release);
+    }
+
+    static void choose(QComboBox* box, const QString& text)
+    {
+        const int index = box->findText(text);
+        ASSERT_GE(index, 0) << text.toStdString();
+        box->setCurrentIndex(index);
+        emit box->activated(index);
+    }
+};
+
+} // namespace
+
+TEST_F(SearchPaneTest, TheWindowOpensOnTheCurrentStockAndFiltersByStatusAndValue)
+{
+    frmTree window;
+    auto* list = child<QListWidget>(&window, QStringLiteral("searchList"));
+    auto* results = child<QLabel>(&window, QStringLiteral("lblResultsFound"));
+    EXPECT_EQ(rows(list), QStringList({"Amber", "Basil", "Bramble"}));
+    EXPECT_EQ(child<QComboBox>(&window, QStringLiteral("cboSearch"))->currentText(), QStringLiteral("Status"));
+    EXPECT_EQ(child<QComboBox>(&window, QStringLiteral("cboBreed"))->currentText(), QStringLiteral("My Current Stock"));
+    EXPECT_EQ(results->text(), QStringLiteral("3 results. Click to view.\nDouble click to edit. Right click for options."));
+    EXPECT_TRUE(child<QCheckBox>(&window, QStringLiteral("optCurrentStock"))->isHidden());
+
+    auto* value = child<QComboBox>(&window, QStringLiteral("cboBreed"));
+    choose(value, QStringLiteral("All Records"));
+    EXPECT_EQ(rows(list), QStringList({"Amber", "Basil", "Bramble", "Clover", "Dill", "Elm"}));
+    choose(value, QStringLiteral("Sold Stock"));
+    EXPECT_EQ(rows(list), QStringList({"Clover"}));
+    EXPECT_FALSE(child<QCheckBox>(&window, QStringLiteral("optCurrentStock"))->isHidden());
+    EXPECT_EQ(results->text(), QStringLiteral("1 result. Click to view.\nDouble click to edit. Right click for options."));
+
+    // A criterion gives its values; a value picks the rows; the filter narrows to the stock.
+    choose(child<QComboBox>(&window, QStringLiteral("cboSearch")), QStringLiteral("Breed"));
+    EXPECT_EQ(value->currentText(), QStringLiteral("Click to select  > >"));
+    choose(value, QStringLiteral("Rex"));
+    EXPECT_EQ(rows(list), QStringList({"Amber", "Bramble", "Dill"}));
+    child<QCheckBox>(&window, QStringLiteral("optCurrentStock"))->click();
+    EXPECT_EQ(rows(list), QStringList({"Amber", "Bramble"}));
+    EXPECT_EQ(child<QLabel>(&window, QStringLiteral("lblSubjectAnimal"))->text(),
+              QStringLiteral("Search Result: 2 records found where Breed is \"Rex\" (list my current stock)"));
+
+    // The second pair: "contains" text.
+    choose(child<QComboBox>(&window, QStringLiteral("cboSearch2")), QStringLiteral("Name"));
+    child<QRadioButton>(&window, QStringLiteral("optContains(1)"))->setChecked(true);
+    child<QComboBox>(&window, QStringLiteral("cboBreed2"))->setEditText(QStringLiteral("mb"));
+    child<QPushButton>(&window, QStringLiteral("cmdAdvanced"))->click();
+    EXPECT_EQ(rows(list), QStringList({"Amber", "Bramble"}));
+    child<QComboBox>(&window, QStringLiteral("cboBreed2"))->setEditText(QStringLiteral("ble"));
+    child<QPushButton>(&window, QStringLiteral("cmdAdvanced"))->click();
+    EXPECT_EQ(rows(list), QStringList({"Bramble"}));
+
+    // Reset brings the first search back.
+    child<QPushButton>(&window, QStringLiteral("cmdReset"))->click();
+    EXPECT_EQ(rows(list), QStringList({"Amber", "Basil", "Bramble"}));
+    EXPECT_EQ(child<QComboBox>(&window, QStringLiteral("cboSearch2"))->currentText(), QString());
+    EXPECT_TRUE(child<QRadioButton>(&window, QStringLiteral("optContains(0)"))->isChecked());
+}
+
+TEST_F(SearchPaneTest, AdvancedSearchWithoutASecondValueSaysWhatIsMissing)
+{
+    frmTree window;
+    child<QPushButton>(&window, QStringLiteral("cmdAdvanced"))->click();
+    ASSERT_EQ(env.ui().calls().size(), 1);
+    EXPECT_EQ(env.ui().calls()[0].title, QStringLiteral("Missing search criteria"));
+    EXPECT_EQ(rows(child<QListWidget>(&window, QStringLiteral("searchList"))), QStringList({"Amber", "Basil", "Bramble"}));
+}
+
+TEST_F(SearchPaneTest, TheLetterBarShowsTheTailAndSaysWhenNoNameStartsWithTheLetter)
+{
+    frmTree window;
+    auto* list = child<QListWidget>(&window, QStringLiteral("searchList"));
+    auto* results = child<QLabel>(&window, QStringLiteral("lblResultsFound"));
+    ASSERT_EQ(child<QLabel>(&window, QStringLiteral("lblLetter(0)"))->text(), QStringLiteral("#"));
+    ASSERT_EQ(child<QLabel>(&window, QStringLiteral("lblLetter(26)"))->text(), QStringLiteral("Z"));
+
+    click(child<QLabel>(&window, QStringLiteral("lblLetter(2)"))); // B
+    EXPECT_EQ(rows(list), QStringList({"Basil", "Bramble"}));
+    EXPECT_EQ(results->text(), QStringLiteral("Displaying from B onwards.\nClick # to view full list"));
+
+    click(child<QLabel>(&window, QStringLiteral("lblLetter(26)"))); // Z
+    EXPECT_EQ(rows(list), QStringList({"Amber", "Basil", "Bramble"}));
+    EXPECT_EQ(results->text(), QStringLiteral("No name starts with Z."));
+
+    click(child<QLabel>(&window, QStringLiteral("lblLetter(0)")));
+    EXPECT_EQ(rows(list), QStringList({"Amber", "Basil", "Bramble"}));
+    EXPECT_EQ(results->text(), QStringLiteral("3 results. Click to view.\nDouble click to edit. Right click for options."));
+
+    // Pointing at a letter highlights it alone and names it in the tip.
+    QEvent enter(QEvent::Enter);
+    QApplication::sendEvent(child<QLabel>(&window, QStringLiteral("lblLetter(3)")), &enter);
+    EXPECT_EQ(child<QLabel>(&window, QStringLiteral("lblLetter(3)"))->toolTip(), QStringLiteral("Go to C"));
+    EXPECT_NE(child<QLabel>(&window, QStringLiteral("lblLetter(3)"))->styleSheet(),
+              child<QLabel>(&window, QStringLiteral("lblLetter(4)"))->styleSheet());
+}
+
+TEST_F(SearchPaneTest, APickMakesTheAnimalCurrentAndEntersTheRecentList)
+{
+    frmTree window;
+    auto* list = child<QListWidget>(&window, QStringLiteral("searchList"));
+    list->setCurrentRow(1);
+    EXPECT_EQ(gAnimal.name, QStringLiteral("Basil"));
+    EXPECT_EQ(gRecentNames[0], QStringLiteral("Basil"));
+    EXPECT_EQ(child<QLabel>(&window, QStringLiteral("lblTitle"))->text(), QStringLiteral("Basil"));
+    EXPECT_EQ(rows(child<QListWidget>(&window, QStringLiteral("lstRecent"))), QStringList({"Basil"}));
+
+    // A recent name whose record went away is offered for removal.
+    list->setCurrentRow(0);
+    AddRecent(QStringLiteral("Gone"));
+    ShowRecentList();
+    gDatabase.Execute(QStringLiteral("DELETE * FROM tree WHERE name = 'Gone'"));
+    env.ui().queueAnswer(Ui::Answer::Yes);
+    auto* recent = child<QListWidget>(&window, QStringLiteral("lstRecent"));
+    recent->setCurrentRow(0);
+    ASSERT_EQ(env.ui().calls().size(), 1);
+    EXPECT_EQ(env.ui().calls()[0].title, QStringLiteral("No record found"));
+    EXPECT_EQ(rows(recent), QStringList({"Amber", "Basil"}));
+    EXPECT_EQ(gAnimal.name, QStringLiteral("Amber"));
+}
+
+TEST_F(SearchPaneTest, TheRecentSwapAndThePinAreRememberedForTheNextWindow)
+{
+    {
+        frmTree window;
+        window.show();
+        auto* swap = child<QLabel>(&window, QStringLiteral("lblRecent"));
+        EXPECT_EQ(swap->text(), QStringLiteral("Show Recent"));
+        click(swap);
+        EXPECT_EQ(swap->text(), QStringLiteral("Show Search"));
+        EXPECT_EQ(child<QLabel>(&window, QStringLiteral("lblSearch"))->text(), QStringLiteral("Recent"));
+        EXPECT_TRUE(child<QListWidget>(&window, QStringLiteral("lstRecent"))->isVisible());
+        EXPECT_EQ(GetSetting(QStringLiteral("Options"), QStringLiteral("Search Preference")), QStringLiteral("Recent"));
+
+        auto* pin = child<QToolButton>(&window, QStringLiteral("imgPin"));
+        EXPECT_EQ(pin->toolTip(), QStringLiteral("Auto-hide search pane"));
+        pin->click();
+        EXPECT_EQ(pin->toolTip(), QStringLiteral("Keep search pane visible"));
+        window.Unload();
+    }
+    frmTree second;
+    second.show();
+    EXPECT_EQ(child<QLabel>(&second, QStringLiteral("lblRecent"))->text(), QStringLiteral("Show Search"));
+    // Not pinned: the pane waits behind its button until pointed at.
+    EXPECT_FALSE(second.searchShown());
+    EXPECT_TRUE(child<QPushButton>(&second, QStringLiteral("cmdSearchBtn"))->isVisible());
+    QEvent enter(QEvent::Enter);
+    QApplication::sendEvent(child<QPushButton>(&second, QStringLiteral("cmdSearchBtn")), &enter);
+    EXPECT_TRUE(second.searchShown());
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(second.searchPane(), &leave);
+    second.tmrSearchPane_Timer();
+    EXPECT_FALSE(second.searchShown());
+    // The search menu entry brings it back with the search list.
+    second.findChild<QAction*>(QStringLiteral("mnuSearch"))->trigger();
+    EXPECT_TRUE(second.searchShown());
+    EXPECT_EQ(child<QLabel>(&second, QStringLiteral("lblRecent"))->text(), QStringLiteral("Show Recent"));
+    second.Unload();
+}
+
+TEST_F(SearchPaneTest, ANarrowWindowKeepsTheSearchPaneUsable)
+{
+    frmTree window;
+    window.show();
+    window.resize(640, 500);
+    QApplication::processEvents();
+    EXPECT_GE(window.searchPane()->width(), 230);
+    window.resize(1600, 900);
+    QApplication::processEvents();
+    EXPECT_LE(window.searchPane()->width(), 320);
+    window.Unload();
+}
+
+TEST_F(SearchPaneTest, DeleteAsksThenRemovesTheRecordAndPicksTheNextInItsPlace)
+{
+    frmTree window;
+    auto* list = child<QListWidget>(&window, QStringLiteral("searchList"));
+    list->setCurrentRow(1);
+    ASSERT_EQ(gAnimal.name, QStringLiteral("Basil"));
+
+    env.ui().queueAnswer(Ui::Answer::No);
+    window.findChild<QAction*>(QStringLiteral("mnuDelete"))->trigger();
+    ASSERT_EQ(env.ui().calls().size(), 1);
+    EXPECT_EQ(env.ui().calls()[0].title, QStringLiteral("Delete Record?"));
+    EXPECT_EQ(env.ui().calls()[0].text, QStringLiteral("Are you sure you want to permanently remove Basil from the database?"));
+    EXPECT_EQ(rows(list).size(), 3);
+
+    env.ui().clear();
+    env.ui().queueAnswer(Ui::Answer::Yes);
+    window.findChild<QAction*>(QStringLiteral("mnuDeleteRecord"))->trigger();
+    EXPECT_EQ(rows(list), QStringList({"Amber", "Bramble"}));
+    EXPECT_TRUE(gDatabase.OpenRecordset(QStringLiteral("SELECT * FROM tree WHERE name = 'Basil'")).Eof());
+    EXPECT_EQ(gAnimal.name, QStringLiteral("Bramble"));
+    EXPECT_EQ(list->currentRow(), 1);
+}
+
+TEST_F(SearchPaneTest, RecordCommandsWithoutACurrentAnimalSaySo)
+{
+    frmTree window;
+    window.findChild<QAction*>(QStringLiteral("mnuEdit"))->trigger();
+    window.findChild<QAction*>(QStringLiteral("mnuDelete"))->trigger();
+    ASSERT_EQ(env.ui().calls().size(), 2);
+    EXPECT_EQ(env.ui().calls()[0].title, QStringLiteral("Error"));
+    EXPECT_EQ(env.ui().calls()[0].text, QStringLiteral("Please select a record from the Search list to edit."));
+    EXPECT_EQ(env.ui().calls()[1].text, QStringLiteral("Please select a record from the Search list to delete."));
+    EXPECT_EQ(gDatabase.OpenRecordset(QStringLiteral("SELECT * FROM tree")).RecordCount() > 0, true);
+}
+
+TEST_F(SearchPaneTest, SelectTabEntersThePageAfreshEvenWhenItIsOnTop)
+{
+    frmTree window;
+    child<QListWidget>(&window, QStringLiteral("searchList"))->setCurrentRow(0);
+    auto* title = child<QLabel>(&window, QStringLiteral("lblBoldTitle"));
+    title->setText(QStringLiteral("stale"));
+    window.SelectTab(QStringLiteral("Individual"));
+    EXPECT_EQ(title->text(), QStringLiteral("Amber"));
+}
