@@ -21,6 +21,7 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTimer>
 #include <QToolButton>
 #include <gtest/gtest.h>
 
@@ -272,8 +273,26 @@ TEST_F(SearchPaneTest, DeleteAsksThenRemovesTheRecordAndPicksTheNextInItsPlace)
     EXPECT_EQ(list->currentRow(), 1);
 }
 
+TEST_F(SearchPaneTest, TheWindowOpensOnTheAnimalVisitedLastOrTheFirstOfTheList)
+{
+    {
+        frmTree window;
+        EXPECT_EQ(gAnimal.name, QStringLiteral("Amber"));
+        EXPECT_EQ(child<QLabel>(&window, QStringLiteral("lblBoldTitle"))->text(), QStringLiteral("Amber"));
+        EXPECT_TRUE(gRecentNames[0].isEmpty()); // opening is no visit
+        window.Unload();
+    }
+    AddRecent(QStringLiteral("Bramble"));
+    WriteRecentFile();
+    frmTree second;
+    EXPECT_EQ(gAnimal.name, QStringLiteral("Bramble"));
+    EXPECT_EQ(child<QListWidget>(&second, QStringLiteral("searchList"))->currentRow(), 2);
+    second.Unload();
+}
+
 TEST_F(SearchPaneTest, RecordCommandsWithoutACurrentAnimalSaySo)
 {
+    gDatabase.Execute(QStringLiteral("DELETE * FROM tree"));
     frmTree window;
     window.findChild<QAction*>(QStringLiteral("mnuEdit"))->trigger();
     window.findChild<QAction*>(QStringLiteral("mnuDelete"))->trigger();
@@ -281,7 +300,6 @@ TEST_F(SearchPaneTest, RecordCommandsWithoutACurrentAnimalSaySo)
     EXPECT_EQ(env.ui().calls()[0].title, QStringLiteral("Error"));
     EXPECT_EQ(env.ui().calls()[0].text, QStringLiteral("Please select a record from the Search list to edit."));
     EXPECT_EQ(env.ui().calls()[1].text, QStringLiteral("Please select a record from the Search list to delete."));
-    EXPECT_EQ(gDatabase.OpenRecordset(QStringLiteral("SELECT * FROM tree")).RecordCount() > 0, true);
 }
 
 TEST_F(SearchPaneTest, SelectTabEntersThePageAfreshEvenWhenItIsOnTop)
@@ -292,4 +310,57 @@ TEST_F(SearchPaneTest, SelectTabEntersThePageAfreshEvenWhenItIsOnTop)
     title->setText(QStringLiteral("stale"));
     window.SelectTab(QStringLiteral("Individual"));
     EXPECT_EQ(title->text(), QStringLiteral("Amber"));
+}
+
+TEST_F(SearchPaneTest, AnEditThroughTheWindowRenamesAndPutsTheNewNameFirst)
+{
+    frmTree window;
+    auto* list = child<QListWidget>(&window, QStringLiteral("searchList"));
+    list->setCurrentRow(2);
+    ASSERT_EQ(gAnimal.name, QStringLiteral("Bramble"));
+    gDatabase.Execute(QStringLiteral("INSERT INTO weights (name, weight) VALUES ('Bramble', 2.5)"));
+
+    env.ui().queueAnswer(Ui::Answer::Ok); // "Replace Record?"
+    QTimer::singleShot(0, [] {
+        QWidget* form = QApplication::activeModalWidget();
+        ASSERT_NE(form, nullptr);
+        EXPECT_EQ(form->windowTitle(), QStringLiteral("Edit Record"));
+        form->findChild<QComboBox*>(QStringLiteral("searchList"))->setEditText(QStringLiteral("Briar"));
+        form->findChild<QPushButton*>(QStringLiteral("cmdSave"))->click();
+    });
+    window.findChild<QAction*>(QStringLiteral("mnuEdit"))->trigger();
+
+    EXPECT_EQ(env.ui().calls().value(0).title, QStringLiteral("Replace Record?"));
+    EXPECT_EQ(rows(list).value(0), QStringLiteral("Briar"));
+    EXPECT_EQ(gAnimal.name, QStringLiteral("Briar"));
+    EXPECT_EQ(child<QLabel>(&window, QStringLiteral("lblTitle"))->text(), QStringLiteral("Briar"));
+    EXPECT_FALSE(gDatabase.OpenRecordset(QStringLiteral("SELECT * FROM weights WHERE name = 'Briar'")).Eof());
+    EXPECT_TRUE(gDatabase.OpenRecordset(QStringLiteral("SELECT * FROM tree WHERE name = 'Bramble'")).Eof());
+    EXPECT_FALSE(EditMode);
+}
+
+TEST_F(SearchPaneTest, AddSimilarStartsFromTheCurrentAnimalAndLeavesItsRecordsAlone)
+{
+    frmTree window;
+    child<QListWidget>(&window, QStringLiteral("searchList"))->setCurrentRow(0);
+    ASSERT_EQ(gAnimal.name, QStringLiteral("Amber"));
+    gDatabase.Execute(QStringLiteral("INSERT INTO weights (name, weight) VALUES ('Amber', 2.5)"));
+
+    env.ui().queueAnswer(Ui::Answer::No); // no other record
+    QTimer::singleShot(0, [] {
+        QWidget* form = QApplication::activeModalWidget();
+        ASSERT_NE(form, nullptr);
+        EXPECT_EQ(form->windowTitle(), QStringLiteral("Add New Record"));
+        EXPECT_EQ(form->findChild<QComboBox*>(QStringLiteral("cboBreed"))->currentText(), QStringLiteral("Rex"));
+        EXPECT_EQ(form->findChild<QLineEdit*>(QStringLiteral("txtName"))->text(), QString());
+        form->findChild<QLineEdit*>(QStringLiteral("txtName"))->setText(QStringLiteral("Amberlyn"));
+        form->findChild<QPushButton*>(QStringLiteral("cmdSave"))->click();
+    });
+    window.findChild<QAction*>(QStringLiteral("mnuSimilar"))->trigger();
+
+    Recordset rs = gDatabase.OpenRecordset(QStringLiteral("SELECT breed FROM tree WHERE name = 'Amberlyn'"));
+    ASSERT_FALSE(rs.Eof());
+    EXPECT_EQ(rs.Fields(0).toString(), QStringLiteral("Rex"));
+    EXPECT_FALSE(gDatabase.OpenRecordset(QStringLiteral("SELECT * FROM weights WHERE name = 'Amber'")).Eof());
+    EXPECT_EQ(gAnimal.name, QStringLiteral("Amberlyn"));
 }

@@ -376,6 +376,19 @@ bool SearchPane::pickRow(int row)
 
 int SearchPane::currentRow() const { return searchList->currentRow(); }
 
+QString SearchPane::firstName() const { return searchList->count() ? nameOfLine(searchList->item(0)->text()) : QString(); }
+
+void SearchPane::selectName(const QString& name)
+{
+    const QSignalBlocker block(searchList);
+    for (int i = 0; i < searchList->count(); ++i) {
+        if (nameOfLine(searchList->item(i)->text()) == name) {
+            searchList->setCurrentRow(i);
+            return;
+        }
+    }
+}
+
 void SearchPane::putFirstInSearchList(const QString& name)
 {
     const QSignalBlocker block(searchList);

@@ -255,6 +255,7 @@ frmTree::frmTree(QWidget* parent) : QMainWindow(parent)
         LoadRecentFile();
         Lists::LoadTitles(gUser.Prefix);
         pane->load();
+        showFirstAnimal();
     } else {
         pane->setEnabled(false);
     }
@@ -625,6 +626,19 @@ void frmTree::ChangeCurrentAnimal(const QString& name, bool fromRecent)
     RunTabProcess();
 }
 
+void frmTree::showFirstAnimal()
+{
+    // The window opens on the animal visited last, or on the first of the list, rather than on an empty
+    // page; it is not a visit, so the recent list stays as it is.
+    QString name = gRecentNames[0];
+    if (name.isEmpty() || !Lists::NameInTree(name))
+        name = pane->firstName();
+    if (name.isEmpty())
+        return;
+    gAnimal.SetCurrentAnimal(name);
+    pane->selectName(name);
+}
+
 bool frmTree::needsCurrentAnimal(const QString& text)
 {
     if (!gAnimal.name.isEmpty() && Lists::NameInTree(gAnimal.name))
@@ -688,6 +702,9 @@ void frmTree::openRecordForm(bool edit, bool similar)
     }
     form.exec();
     EditMode = false;
+    // The form may have deleted the animal that was current.
+    if (!gAnimal.name.isEmpty() && !Lists::NameInTree(gAnimal.name))
+        gAnimal = Animal();
     RunTabProcess();
 }
 

@@ -104,6 +104,7 @@ private:
     // Opens the add and edit form; similar starts from the current animal's details.
     void openRecordForm(bool edit, bool similar);
     bool needsCurrentAnimal(const QString& text);
+    void showFirstAnimal();
 
     QTabWidget* TabStrip1 = nullptr;
     QLabel* lblTitle = nullptr;
