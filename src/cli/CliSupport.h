@@ -87,3 +87,7 @@ Database openExisting(const QString& path);
 int cmdAnimal(const CommandLine& cl, QTextStream& out);
 int cmdSearch(const CommandLine& cl, QTextStream& out);
 int cmdTitle(const CommandLine& cl, QTextStream& out);
+// Pedigrees and genetics (TreeCommands.cpp, CoiCommands.cpp, DescendantsCommands.cpp).
+int cmdTree(const CommandLine& cl, QTextStream& out);
+int cmdCoi(const CommandLine& cl, QTextStream& out);
+int cmdDescendants(const CommandLine& cl, QTextStream& out);

@@ -273,6 +273,15 @@ QString UsageText()
         "  search PATH VALUE1 [--field1 CAPTION] [--field2 CAPTION --value2 VALUE [--contains]] [--current]\n"
         "                            the search list's lines, then the count of results\n"
         "  title PATH NAME           the title at the start of NAME, then NAME without it\n"
+        "  tree PATH NAME [--limit N]\n"
+        "                            the ancestor array of NAME, one position<TAB>name a line (limit 62)\n"
+        "  coi PATH NAME [--generations G] | coi PATH --sire S --dam D [--generations G]\n"
+        "                            the inbreeding coefficient of NAME or of a test mating, with its\n"
+        "                            common ancestors (6 generations)\n"
+        "  coi PATH --all|--mine [--generations G]\n"
+        "                            works out and stores the coefficient of every animal, or of the\n"
+        "                            current stock, and lists them\n"
+        "  descendants PATH NAME     the descendants of NAME over nine generations\n"
         "\n"
         "--today fixes the program's day. Output is one record a line, fields separated by a tab, Null\n"
         "as \\N; in a field a backslash, tab and line break are written \\\\, \\t and \\n.\n"
@@ -333,6 +342,14 @@ int RunCli(const QStringList& arguments, QTextStream& out, QTextStream& err)
         }
         if (command == QLatin1String("title"))
             return cmdTitle(CommandLine(command, words, none, none), out);
+        if (command == QLatin1String("tree"))
+            return cmdTree(CommandLine(command, words, {QStringLiteral("limit")}, none), out);
+        if (command == QLatin1String("coi")) {
+            const QStringList options = {QStringLiteral("generations"), QStringLiteral("sire"), QStringLiteral("dam")};
+            return cmdCoi(CommandLine(command, words, options, {QStringLiteral("all"), QStringLiteral("mine")}), out);
+        }
+        if (command == QLatin1String("descendants"))
+            return cmdDescendants(CommandLine(command, words, none, none), out);
         if (command == QLatin1String("demo"))
             return cmdDemo(CommandLine(command, words, {QStringLiteral("seed")}, none), out);
         usage(QStringLiteral("Unknown command \"%1\"; tessorin-cli --help lists them").arg(command));

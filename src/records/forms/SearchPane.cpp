@@ -376,6 +376,8 @@ bool SearchPane::pickRow(int row)
 
 int SearchPane::currentRow() const { return searchList->currentRow(); }
 
+int SearchPane::rowCount() const { return searchList->count(); }
+
 QString SearchPane::firstName() const { return searchList->count() ? nameOfLine(searchList->item(0)->text()) : QString(); }
 
 void SearchPane::selectName(const QString& name)

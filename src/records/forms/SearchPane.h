@@ -35,6 +35,7 @@ public:
     // Selects a row of the result list (clamped to its length) as a click would; false on an empty list.
     bool pickRow(int row);
     int currentRow() const;
+    int rowCount() const;
     QString firstName() const;
     // Marks the line of name as the current one without picking it.
     void selectName(const QString& name);

@@ -2,6 +2,8 @@
 
 #include "records/Animal.h"
 #include "records/Lists.h"
+#include "genetics/forms/DescendantsPage.h"
+#include "printing/forms/FamilyTreePage.h"
 #include "records/forms/RecordPage.h"
 #include "records/forms/SearchPane.h"
 #include "records/forms/ShowRecordOnForm.h"
@@ -430,10 +432,10 @@ void frmTree::buildPages()
         auto* page = new QWidget(TabStrip1);
         page->setObjectName(pageName(tab.key));
         auto* pageLayout = new QVBoxLayout(page);
-        if (i == 0) {
+        QWidget* content = pageContent(tab.key, page);
+        if (content) {
             pageLayout->setContentsMargins(0, 0, 0, 0);
-            recordPage = new RecordPage(page);
-            pageLayout->addWidget(recordPage);
+            pageLayout->addWidget(content);
         }
         auto* placeholder = new QLabel(page);
         placeholder->setObjectName(QStringLiteral("lblPageTitle(") + QString::number(i) + QLatin1Char(')'));
@@ -442,16 +444,16 @@ void frmTree::buildPages()
         QFont placeholderFont = placeholder->font();
         placeholderFont.setPointSizeF(placeholderFont.pointSizeF() * 2);
         placeholder->setFont(placeholderFont);
-        if (i > 0)
-            pageLayout->addWidget(placeholder);
-        else
+        if (content)
             placeholder->hide();
+        else
+            pageLayout->addWidget(placeholder);
         // The first caption is the species word of the open file; without a file the key stands.
         const QString caption = i == 0 && !gUser.Animal.isEmpty() ? gUser.Animal : tab.key;
         const int index = TabStrip1->addTab(page, caption);
         TabStrip1->tabBar()->setTabData(index, tab.key);
-        // The pages fill with their records in a later version; the first one is the window's resting place.
-        if (i > 0) {
+        // A page whose records come with a later version waits, with its tip.
+        if (!content) {
             TabStrip1->setTabEnabled(index, false);
             TabStrip1->setTabToolTip(index, kNotAvailableYet);
         }
@@ -556,10 +558,35 @@ void frmTree::HideFrames()
     }
 }
 
+QWidget* frmTree::pageContent(const QString& key, QWidget* page)
+{
+    if (key == QLatin1String("Individual"))
+        return recordPage = new RecordPage(page);
+    if (key == QLatin1String("Descendants"))
+        return descendantsPage = new DescendantsPage(page);
+    if (key == QLatin1String("Family Tree")) {
+        familyTreePage = new FamilyTreePage(this, page);
+        // imgNext and imgPrevious step through the search list; at either end the page says so.
+        familyTreePage->setBrowser([this](int step) {
+            const int row = pane->currentRow() + step;
+            if (row < 0 || row >= pane->rowCount())
+                return false;
+            pane->pickRow(row);
+            return true;
+        });
+        return familyTreePage;
+    }
+    return nullptr;
+}
+
 void frmTree::showPage(const QString& key)
 {
-    if (key == QLatin1String("Individual") && recordPage)
+    if (key == QLatin1String("Individual"))
         recordPage->ShowNotes();
+    else if (key == QLatin1String("Descendants"))
+        descendantsPage->ShowDescendants();
+    else if (key == QLatin1String("Family Tree"))
+        familyTreePage->LoadTree();
 }
 
 void frmTree::TabStrip1_Click() { RunTabProcess(); }

@@ -14,6 +14,8 @@ class QMenu;
 class QPushButton;
 class QTabWidget;
 class QTimer;
+class DescendantsPage;
+class FamilyTreePage;
 class RecordPage;
 class SearchPane;
 
@@ -100,6 +102,8 @@ private:
     void buildPages();
     void buildSearchPane(QWidget* central);
     QAction* entry(const QString& name) const;
+    // The widget that fills a page, nullptr for a page of a later version.
+    QWidget* pageContent(const QString& key, QWidget* page);
     void showPage(const QString& key);
     // Opens the add and edit form; similar starts from the current animal's details.
     void openRecordForm(bool edit, bool similar);
@@ -114,6 +118,8 @@ private:
     QPushButton* cmdSearchBtn = nullptr; // stands in for the pane while it is hidden
     QTimer* tmrSearchPane = nullptr;
     RecordPage* recordPage = nullptr;
+    DescendantsPage* descendantsPage = nullptr;
+    FamilyTreePage* familyTreePage = nullptr;
     bool unloading = false; // closed for a change of data file, not by the user
     bool closed = false;
 };

@@ -1,0 +1,129 @@
+// tessorin-cli coi: the inbreeding calculator's Calculate for one animal or a test mating, and its bulk
+// runs over all records or the current stock, without the question before them.
+#include "cli/CliSupport.h"
+#include "cli/Commands.h"
+#include "genetics/Calculator.h"
+#include "genetics/Coefficient.h"
+#include "shell/OpenDataFile.h"
+#include "shell/Ui.h"
+#include "shell/globals.h"
+#include "store/DataFile.h"
+
+#include <QFileInfo>
+#include <cstdio>
+
+namespace {
+
+// The program's messages go to stderr; questions get their first button.
+class StderrUi : public Ui::Service {
+public:
+    Ui::Answer message(const QString& text, Ui::Buttons buttons, Ui::Icon, const QString& title) override
+    {
+        QTextStream err(stderr);
+        err << (title.isEmpty() ? QString() : title + QStringLiteral(": ")) << EscapeField(text) << '\n';
+        switch (buttons) {
+        case Ui::Buttons::YesNo:
+        case Ui::Buttons::YesNoCancel: return Ui::Answer::Yes;
+        case Ui::Buttons::RetryCancel: return Ui::Answer::Retry;
+        case Ui::Buttons::AbortRetryIgnore: return Ui::Answer::Abort;
+        default: return Ui::Answer::Ok;
+        }
+    }
+    QString input(const QString&, const QString&, const QString&) override { return QString(); }
+    QString openFile(const QString&, const QString&, const QString&) override { return QString(); }
+    QString saveFile(const QString&, const QString&, const QString&, const QString&) override { return QString(); }
+    QString chooseFolder(const QString&, const QString&) override { return QString(); }
+    void showPath(const QString&) override {}
+    void status(const QString&) override {}
+};
+
+// Rows as the calculator's list receives them, printed as they come; a bulk run's row once its
+// coefficient is known, or as it stands when the run ends early.
+class PrintingView : public CoefficientView {
+public:
+    PrintingView(QTextStream& out, qint16 generations) : out(out), generations(QString::number(generations)) {}
+
+    void addAncestorRow(const AncestorRow& row) override
+    {
+        out << EscapeField(row.name) << '\t' << row.sireGeneration << '\t' << row.damGeneration << '\t'
+            << row.contribution << '\n';
+    }
+    QString generationsText() const override { return generations; }
+    void setGenerationsText(const QString& text) override { generations = text; }
+    void addRecordRow(const QString& name, const QString& breed, const QString& sex) override
+    {
+        flushPending();
+        pending = {EscapeField(name), EscapeField(breed), EscapeField(sex), QString()};
+    }
+    void setRecordCoefficient(const QString& text) override
+    {
+        if (pending.isEmpty())
+            return;
+        pending[3] = text;
+        flushPending();
+    }
+    void flushPending()
+    {
+        if (pending.isEmpty())
+            return;
+        out << pending.join(QLatin1Char('\t')) << '\n';
+        out.flush();
+        pending.clear();
+    }
+
+private:
+    QTextStream& out;
+    QString generations;
+    QStringList pending;
+};
+
+} // namespace
+
+int cmdCoi(const CommandLine& cl, QTextStream& out)
+{
+    const bool all = cl.flag(QStringLiteral("all"));
+    const bool mine = cl.flag(QStringLiteral("mine"));
+    const bool mating = cl.has(QStringLiteral("sire")) || cl.has(QStringLiteral("dam"));
+    if (all && mine)
+        usage(QStringLiteral("coi takes --all or --mine, not both"));
+    if ((all || mine) && mating)
+        usage(QStringLiteral("coi takes --sire and --dam, or --all or --mine, not both"));
+    if (mating && !(cl.has(QStringLiteral("sire")) && cl.has(QStringLiteral("dam"))))
+        usage(QStringLiteral("A test mating needs both --sire S and --dam D"));
+    if (all || mine || mating)
+        cl.expect({QStringLiteral("PATH")});
+    else
+        cl.expect({QStringLiteral("PATH"), QStringLiteral("NAME")});
+    const qint16 generations = qint16(cl.number(QStringLiteral("generations"), 6, -32768, 32767));
+
+    gDatabase = openExisting(cl.at(0));
+    gDatabaseFile = QFileInfo(cl.at(0)).absoluteFilePath();
+    std::unique_ptr<Ui::Service> previousUi = Ui::replace(std::make_unique<StderrUi>());
+    PrintingView view(out, generations);
+    try {
+        ReadUserSettings();
+        if (all || mine) {
+            const bool completed = UpdateCoefficients(Calculator::BulkQuery(mine), view);
+            view.flushPending();
+            if (completed)
+                out << "Operation completed\n";
+        } else {
+            const QString male = mating ? cl.value(QStringLiteral("sire")) : QString();
+            const QString female = mating ? cl.value(QStringLiteral("dam")) : QString();
+            std::optional<Calculator::Choice> choice =
+                mating ? Calculator::ChooseCalculation(male, female)
+                       : Calculator::Choice{EncodeText(cl.at(1)), QString(), QString()};
+            double f = 0;
+            if (choice)
+                f = CalculateCoefficient(choice->name, choice->sire, choice->dam, generations, true, true, &view);
+            out << Calculator::CoefficientText(f) << '\n';
+        }
+    } catch (...) {
+        Ui::replace(std::move(previousUi));
+        CloseDatabase();
+        throw;
+    }
+    Ui::replace(std::move(previousUi));
+    CloseDatabase();
+    return kExitOk;
+}
