@@ -364,3 +364,27 @@ TEST_F(SearchPaneTest, AddSimilarStartsFromTheCurrentAnimalAndLeavesItsRecordsAl
     EXPECT_FALSE(gDatabase.OpenRecordset(QStringLiteral("SELECT * FROM weights WHERE name = 'Amber'")).Eof());
     EXPECT_EQ(gAnimal.name, QStringLiteral("Amberlyn"));
 }
+
+TEST_F(SearchPaneTest, TheRecordPageEndsWithTheCoefficientAndTheGeneticsPagesFollowThePick)
+{
+    gDatabase.Execute(QStringLiteral("UPDATE tree SET ps = 'Dill', pd = 'Amber' WHERE name = 'Basil'"));
+    frmTree window;
+    EXPECT_TRUE(child<QLabel>(&window, QStringLiteral("lblDetails"))->text().endsWith(QStringLiteral("\nCOI: 0%")));
+
+    window.SelectTab(QStringLiteral("Descendants"));
+    EXPECT_EQ(child<QLabel>(&window, QStringLiteral("lblTitle"))->text(), QStringLiteral("Amber - Descendants"));
+    auto* generation1 = child<QListWidget>(&window, QStringLiteral("lstDescendants(1)"));
+    ASSERT_EQ(generation1->count(), 1);
+    EXPECT_TRUE(generation1->item(0)->text().contains(QStringLiteral("Basil")));
+
+    child<QListWidget>(&window, QStringLiteral("searchList"))->setCurrentRow(1);
+    window.SelectTab(QStringLiteral("Family Tree"));
+    EXPECT_EQ(child<QLabel>(&window, QStringLiteral("lblTitle"))->text(), QStringLiteral("Basil - Family tree"));
+    QStringList shown;
+    for (QLabel* box : window.findChildren<QLabel*>()) {
+        if (box->objectName() == QLatin1String("lblCavy(1)") || box->objectName() == QLatin1String("lblCavy(2)"))
+            shown << box->text().trimmed();
+    }
+    EXPECT_TRUE(shown.join(QLatin1Char(' ')).contains(QStringLiteral("Dill"))) << shown.join(QLatin1Char('|')).toStdString();
+    EXPECT_TRUE(shown.join(QLatin1Char(' ')).contains(QStringLiteral("Amber")));
+}

@@ -295,7 +295,10 @@ void RecordPage::ShowNotes()
 void RecordPage::loadnotes()
 {
     const bool any = !gAnimal.name.isEmpty();
-    lblDetails->setText(any ? DisplayLines(gAnimal.Get_Awards(false)) : QString());
+    QString details = any ? DisplayLines(gAnimal.Get_Awards(false)) : QString();
+    if (any && coefficientCaption)
+        details += QLatin1Char('\n') + coefficientCaption(gAnimal.storedName);
+    lblDetails->setText(details);
     imgCavy->setPicture(any ? gAnimal.picture[0] : QString());
     notesText = any ? gAnimal.notes : QString();
     wrapNotes();

@@ -3,6 +3,8 @@
 // page, frmPictures and frmPopup draw pictures with.
 #pragma once
 
+#include <functional>
+
 #include "records/Animal.h"
 
 #include <QPixmap>
@@ -78,6 +80,10 @@ public:
 
     QMenu* pictureMenu() const { return mnuPicOptions; }
 
+    // The coefficient line under the details, worked out by the genetics above this library; given the
+    // stored name. Without one the line is absent.
+    void setCoefficientCaption(std::function<QString(const QString&)> caption) { coefficientCaption = std::move(caption); }
+
 public slots:
     void mnuAddPic_Click();
     void mnuDeletePic_Click();
@@ -91,6 +97,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    std::function<QString(const QString&)> coefficientCaption;
     void buildMenu();
     void wrapNotes();
     void updateCommands();

@@ -2,7 +2,9 @@
 
 #include "records/Animal.h"
 #include "records/Lists.h"
+#include "genetics/Coefficient.h"
 #include "genetics/forms/DescendantsPage.h"
+#include "genetics/forms/frmCalculator.h"
 #include "printing/forms/FamilyTreePage.h"
 #include "records/forms/RecordPage.h"
 #include "records/forms/SearchPane.h"
@@ -124,6 +126,7 @@ const std::map<QString, Handler> kHandlers = {
     {QStringLiteral("mnuEdit"), &frmTree::mnuEdit_Click},
     {QStringLiteral("mnuDelete"), &frmTree::mnuDelete_Click},
     {QStringLiteral("mnuMyPics"), &frmTree::mnuMyPics_Click},
+    {QStringLiteral("mnuInbreeding"), &frmTree::mnuInbreeding_Click},
     {QStringLiteral("mnuExit"), &frmTree::mnuExit_Click},
     {QStringLiteral("mnuOpen"), &frmTree::mnuOpen_Click},
     {QStringLiteral("mnuNewDatabase"), &frmTree::mnuNewDatabase_Click},
@@ -140,7 +143,7 @@ const std::map<QString, Handler> kHandlers = {
 const QSet<QString> kNeedsDataFile = {
     QStringLiteral("mnuUser"),    QStringLiteral("mnuClearRecent"), QStringLiteral("mnuUpdateDatabase"),
     QStringLiteral("mnuSearch"),  QStringLiteral("mnuAdd"),         QStringLiteral("mnuSimilar"),
-    QStringLiteral("mnuEdit"),    QStringLiteral("mnuDelete")};
+    QStringLiteral("mnuEdit"),    QStringLiteral("mnuDelete"),      QStringLiteral("mnuInbreeding")};
 
 
 
@@ -560,8 +563,11 @@ void frmTree::HideFrames()
 
 QWidget* frmTree::pageContent(const QString& key, QWidget* page)
 {
-    if (key == QLatin1String("Individual"))
-        return recordPage = new RecordPage(page);
+    if (key == QLatin1String("Individual")) {
+        recordPage = new RecordPage(page);
+        recordPage->setCoefficientCaption(&CoefficientCaption);
+        return recordPage;
+    }
     if (key == QLatin1String("Descendants"))
         return descendantsPage = new DescendantsPage(page);
     if (key == QLatin1String("Family Tree")) {
@@ -756,6 +762,14 @@ void frmTree::mnuEdit_Click()
 }
 
 void frmTree::mnuDelete_Click() { DeleteCurrentAnimal(); }
+
+void frmTree::mnuInbreeding_Click()
+{
+    frmCalculator form(this);
+    form.exec();
+    // A bulk run or the calculation of the current animal may have stored new coefficients.
+    RunTabProcess();
+}
 
 void frmTree::mnuMyPics_Click()
 {

@@ -79,6 +79,7 @@ public slots:
     void mnuEdit_Click();
     void mnuDelete_Click();
     void mnuMyPics_Click();
+    void mnuInbreeding_Click();
     void tmrSearchPane_Timer();
     void mnuExit_Click();
     void mnuOpen_Click();
