@@ -199,6 +199,8 @@ void frmCalculator::setColumns(const QVector<Calculator::Column>& columns)
 {
     const int w = lstCoefficient->viewport()->width();
     lstCoefficient->clear();
+    qDeleteAll(pendingRows);
+    pendingRows.clear();
     lastRecordRow = nullptr;
     lstCoefficient->setSortingEnabled(false);
     lstCoefficient->header()->setSortIndicatorShown(false);
@@ -272,7 +274,10 @@ void frmCalculator::calculateCOI(bool currentStockOnly)
     lstCoefficient->header()->setSortIndicator(3, Qt::DescendingOrder);
     lstCoefficient->header()->setSortIndicatorShown(true);
     running = true;
+    lastProgress.clear();
+    sincePaint.start();
     UpdateCoefficients(Calculator::BulkQuery(currentStockOnly), *this);
+    showPendingRows();
     running = false;
     lastRecordRow = nullptr;
     sortOrder = Qt::DescendingOrder;
@@ -345,7 +350,15 @@ void frmCalculator::setGenerationsText(const QString& text) { cboGenerations->se
 void frmCalculator::addRecordRow(const QString& name, const QString& breed, const QString& sex)
 {
     lastRecordRow = new QTreeWidgetItem(QStringList{name, breed, sex, QString()});
-    lstCoefficient->addTopLevelItem(lastRecordRow);
+    pendingRows.append(lastRecordRow);
+}
+
+void frmCalculator::showPendingRows()
+{
+    if (pendingRows.isEmpty())
+        return;
+    lstCoefficient->addTopLevelItems(pendingRows);
+    pendingRows.clear();
 }
 
 void frmCalculator::setRecordCoefficient(const QString& text)
@@ -356,5 +369,13 @@ void frmCalculator::setRecordCoefficient(const QString& text)
 
 void frmCalculator::progress(double fraction, const QString& label)
 {
-    setGauge(Calculator::GaugeWidth(lblGuageBackground->width(), fraction), false, label);
+    // A new percentage, the end, or a tenth of a second: often enough for the eye.
+    constexpr qint64 kPaintMilliseconds = 100;
+    if (label == lastProgress && sincePaint.elapsed() < kPaintMilliseconds)
+        return;
+    showPendingRows();
+    if (label != lastProgress)
+        setGauge(Calculator::GaugeWidth(lblGuageBackground->width(), fraction), false, label);
+    lastProgress = label;
+    sincePaint.restart();
 }

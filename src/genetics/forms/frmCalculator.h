@@ -6,6 +6,8 @@
 #include "genetics/Coefficient.h"
 
 #include <QDialog>
+#include <QElapsedTimer>
+#include <QList>
 
 class QCheckBox;
 class QComboBox;
@@ -56,6 +58,7 @@ private:
     void emptyGauge();
     void setGauge(int width, bool red, const QString& text);
     void fillNames(bool male);
+    void showPendingRows();
 
     QLabel* lblHelp = nullptr;
     QLabel* lblMaleTitle = nullptr;
@@ -77,7 +80,12 @@ private:
     QLabel* lblGuageBackground = nullptr;
     QLabel* lblDescription = nullptr;
 
+    // The bulk run's rows wait here between two paints: painting the window after each record would
+    // cost more than the run itself.
+    QList<QTreeWidgetItem*> pendingRows;
     QTreeWidgetItem* lastRecordRow = nullptr;
+    QString lastProgress;
+    QElapsedTimer sincePaint;
     bool running = false;
     Qt::SortOrder sortOrder = Qt::DescendingOrder;
 };
