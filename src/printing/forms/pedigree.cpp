@@ -11,6 +11,7 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QResizeEvent>
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -142,7 +143,34 @@ pedigree::pedigree(QWidget* parent) : QWidget(parent)
 
 pedigree::~pedigree() = default;
 
-double pedigree::dotsPerInch() const { return logicalDpiY() > 0 ? logicalDpiY() : 96; }
+double pedigree::dotsPerInch() const { return (logicalDpiY() > 0 ? logicalDpiY() : 96) * fitScale; }
+
+void pedigree::fitToWidth()
+{
+    // The five-generation sheet is a little wider than the page beside the search pane: it shrinks to fit,
+    // down to a limit where the names stay readable; the seven-generation sheet scrolls as it always did.
+    fitScale = 1;
+    if (generationsShown != 4 || layout.surface.isNull())
+        return;
+    const int room = scroll->viewport()->width();
+    const int wanted = TwipsToPixels(layout.surface.width(), dotsPerInch());
+    if (room > 0 && wanted > room)
+        fitScale = qMax(0.72, double(room) / wanted);
+}
+
+void pedigree::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    if (generationsShown != 4 || layout.surface.isNull())
+        return;
+    const double before = fitScale;
+    fitToWidth();
+    if (qFuzzyCompare(before, fitScale))
+        return;
+    applyLayout();
+    fitColumns();
+    placeConnectors();
+}
 
 void pedigree::setTemplate(const PrintSettings& s)
 {
@@ -258,6 +286,7 @@ void pedigree::makeSevenGen()
 
 void pedigree::applyLayout()
 {
+    fitToWidth();
     const double dpi = dotsPerInch();
     for (int i = 0; i < kPedigreeBoxes; ++i) {
         if (!layout.boxes[i].isNull())

@@ -73,6 +73,7 @@ public slots:
 protected:
     void leaveEvent(QEvent* event) override;
     void hideEvent(QHideEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void applyLayout();
@@ -83,6 +84,8 @@ private:
 
     PrintSettings settings;
     BoxWords words;
+    void fitToWidth();
+    double fitScale = 1; // below 1 while the five-generation sheet is shrunk to the page's width
     int generationsShown = 4;
     int indexLimit = 62;
     bool details = false;
