@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The generated stud every benchmark runs on, made by tessorin-cli as a user would make it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The inbreeding coefficient on studs made by tessorin-cli: one animal of the youngest generation at 10
 // generations (target under 20 ms), "Update All" at 6 generations over 30,000 animals (target under
 // 30 s), and the same bulk run by the literal loops (one query per look-up, every sire row against every

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The descendants of animals of a 50,000-animal stud made by tessorin-cli: the founders, whose nine
 // generations hold the most entries, and animals from the middle of the stud.
 #include "genetics/Descendants.h"

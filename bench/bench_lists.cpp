@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The record lists on a 50,000-animal stud made by tessorin-cli: "All Records" into the result list
 // (target: under 300 ms) and RecordExists for a name that is not there (target: under 50 ms).
 #include "records/Lists.h"

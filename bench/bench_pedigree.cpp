@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The family tree page in the 7-generation form, filled for animals of a 50,000-animal stud made by
 // tessorin-cli (target under 50 ms a page): the ancestor walk, a look-up per box, the captions, the
 // litter mates and the layout. Also the same with the page painted, as the user sees it.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The store on a 50,000-animal stud made by tessorin-cli: how long the generator takes, how long a
 // normal open takes (targets: under 15 s and under 100 ms, the open making no schema call), and how
 // long a search by name takes (target: under 30 microseconds).

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Configures and builds Tessorin with Ninja (and ccache when present).
 # Usage: scripts/build.sh [build-dir] [extra cmake options...]
 set -euo pipefail

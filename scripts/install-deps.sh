@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Installs the Debian 12 packages that Tessorin needs to build, test and run.
 # Only what is missing is installed, so a second run costs a few seconds.
 set -euo pipefail

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Installs what is missing, builds, makes the demo data file if there is none, and starts Tessorin on it.
 set -euo pipefail
 cd "$(dirname "$0")/.."

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Installs what is missing, builds, and runs every test.
 # Usage: scripts/test.sh [build-dir] [extra cmake options...]
 set -euo pipefail

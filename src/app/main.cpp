@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The window program: tessorin [PATH]. A double click on a data file starts it with the file's path.
 #include "shell/Folders.h"
 #include "shell/OpenDataFile.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // `animal PATH NAME`: the record as the program holds it in memory, one field a line.
 #include "cli/CliSupport.h"
 

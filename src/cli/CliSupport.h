@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What the subcommands of tessorin-cli share: the parsed command line and the way a command fails.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // tessorin-cli coi: the inbreeding calculator's Calculate for one animal or a test mating, and its bulk
 // runs over all records or the current stock, without the question before them.
 #include "cli/CliSupport.h"

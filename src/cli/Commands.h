@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The subcommands of tessorin-cli. Output is one record a line, fields separated by a tab, Null as \N;
 // inside a field a backslash, tab, line feed and carriage return are written \\, \t, \n and \r, so
 // that a memo never breaks a line and a text "\N" never reads as Null.

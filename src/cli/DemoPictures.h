@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Pictures for the demonstration stud, drawn here so that the record page has something to show.
 #pragma once
 

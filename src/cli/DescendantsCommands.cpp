@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // tessorin-cli descendants: the nine generations of the descendants page as text.
 #include "cli/CliSupport.h"
 

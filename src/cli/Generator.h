@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A synthetic stud for trying the program out and for measuring it: animals over several generations
 // with shared sires (so that coefficients are not zero), their matings, treatments, weights, sales,
 // show results, journal notes, contacts, money and reminders.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // search and title: the record lists of the main window as a script reads them.
 #include "cli/CliSupport.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // tessorin-cli tree: the ancestor array as the pedigree pages read it.
 #include "cli/CliSupport.h"
 #include "cli/Commands.h"

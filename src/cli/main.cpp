@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // tessorin-cli: the batch and scripting tool. It opens, checks, queries and generates data files with
 // the same store and rules as the window program, and prints plain tab-separated text.
 #include "cli/Commands.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What the inbreeding calculator does without its window: its texts, its lists' columns, the choice
 // between one animal and a test mating, the bulk runs over all records or the current stock, and the
 // list of stored coefficients.

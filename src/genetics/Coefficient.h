@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The coefficient of inbreeding by Wright's path method, worked out on names: the common ancestors of
 // the two halves of an ancestor array, their contributions, the COI column they are stored in, the bulk
 // run that stores one for every animal, and the record page's caption.

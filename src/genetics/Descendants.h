@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The forward view of a pedigree: an animal's offspring, their offspring and so on down nine generations,
 // one list a generation, each entry marked by whether its line goes on. The lists are plain text lists,
 // so that the descendants page only copies them onto its widgets and a test reads them as they are.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The ancestor walk. A pedigree is never stored: it is rebuilt from the PS and PD columns of `tree`
 // whenever it is needed, into an array in heap order (0 the subject, 2k+1 the father and 2k+2 the
 // mother of k). Every reader of a pedigree goes through FillFamilyTree.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The geometry of the pedigree surface, in twips of the surface itself: where each box, connector and
 // column heading of the 4- and 7-generation forms stands. A printout measures from the same numbers;
 // the screen converts them at its logical resolution.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What a pedigree box says: the composition of each box's caption from the record and the template
 // (FillLabels), the subject's box, its litter mates, and the look-ups that read them from the open file.
 #pragma once

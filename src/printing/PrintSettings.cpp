@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "printing/PrintSettings.h"
 
 bool PrintSettings::fieldChosen(int row, int column) const

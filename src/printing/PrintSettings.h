@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A print template ("layout"): fonts, colours, the fields each generation of a pedigree shows and
 // their order, pictures and connectors. The built-in layouts are made by code; a user's own layouts are
 // rows of the table `print` with the same contents.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // One row of `tree` in memory, with what is worked out from it: the display name, the words for sex
 // and age, the title, the ten picture slots and a text summary.
 #pragma once

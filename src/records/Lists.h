@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The search of the main window and the list fillers that every form uses. Each filler writes into a
 // ListSink, so that the logic runs without a window: a form copies the sink into its QComboBox or
 // QListWidget, a test reads it as it is.

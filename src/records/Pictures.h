@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The pictures of an animal: files named after it in the one pictures folder that every data file of
 // the user shares, "<name>(<slot>)[ [<label>]].jpg", slot 0 being the main picture. Also the small
 // text and size rules of the record page that shows them.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The rules of the add and edit form without its window: which names and dates it takes, the messages
 // of a refused save, the date of birth estimated from an age, and the quick creation of a parent.
 #pragma once

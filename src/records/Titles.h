@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The title words of a data file (champion marks and the like, its fldPrefix list).
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The one clock of the program, so that tests and `tessorin-cli --today` can fix the day.
 #pragma once
 

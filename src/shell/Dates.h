@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Date rules of a data file: the regional short form by the file's country, the unknown date,
 // and the forms used in SQL and sorting.
 #pragma once

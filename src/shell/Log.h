@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The two text logs in gSettingsFolder. A line reads: short date, blank, "hh:mmAM", " - ", text.
 // A failing write is swallowed: the program never stops on a full disk or a locked log.
 #pragma once

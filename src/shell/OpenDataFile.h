@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Opening and closing the data file of the session, and the settings words read through gUser.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The animals visited last in the open data file, kept per data file in a small text file so that the
 // list survives between runs.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The dialog service: every message box, question, input box, file dialog and "open this folder or
 // page" goes through it, so that logic never shows a widget itself and tests can answer ahead of time.
 #pragma once

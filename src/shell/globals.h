@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The program-wide state. Routines that can take what they need as an argument do so; these are for
 // the forms and for the steps that run on "the open file".
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Internals of the engine shared by Database, Recordset and TableDef.
 #pragma once
 

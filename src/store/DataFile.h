@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Making and opening data files, and the text helpers through which every statement is built.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/Database.h"
 
 #include "shell/Dates.h"
@@ -672,6 +673,11 @@ Database Database::OpenDatabase(const QString& path, bool exclusive, bool readOn
 
 bool Database::isOpen() const { return m_connection && m_connection->isOpen(); }
 QString Database::path() const { return m_connection ? m_connection->path() : QString(); }
+
+bool Database::isReadOnly() const
+{
+    return isOpen() && sqlite3_db_readonly(m_connection->db(), "main") == 1;
+}
 
 void Database::Close()
 {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The data file engine: a SQLite database that answers the operations and the SQL dialect of Jet,
 // since the rest of the program builds Jet statements and walks recordsets as the Jet engine offers them.
 #pragma once
@@ -155,6 +156,8 @@ public:
                                  const QString& connect = QString());
 
     bool isOpen() const;
+    // True when the file was opened read-only, or SQLite could not open it for writing.
+    bool isReadOnly() const;
     QString path() const;
     void Close();
     // No password to change: succeeds and leaves the file as it is (see OpenDatabase).

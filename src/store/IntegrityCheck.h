@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Brings a data file of any older shape up to the present format, and stamps it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Errors of the data file engine, numbered and worded as the Jet engine words them,
 // since the error log and the user's support requests quote them.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The values and conversions behind the functions that translated statements call: Jet's dates,
 // numbers, texts, LIKE patterns and Format, on SQLite's values.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Translates one statement of Jet's SQL dialect into SQLite's, with Jet's meaning.
 #pragma once
 

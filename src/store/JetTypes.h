@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Field type numbers and attributes of the Jet engine, and how each is declared in SQLite
 // so that the number can be read back from the declared type.
 #pragma once

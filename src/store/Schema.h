@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The tables of a data file: the statements that make them, in the order the integrity check runs them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The species presets: one choice of animal gives a data file its words for the sexes and parents, the
 // day counts of its breeding calendar and the titles of its custom fields.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The settings row of a data file (cavyuser, ID = 1) in memory.
 #pragma once
 

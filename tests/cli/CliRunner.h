@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Runs the built tessorin-cli as a user would, on the tests' fixed day.
 #pragma once
 

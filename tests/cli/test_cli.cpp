@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // tessorin-cli as a script sees it: the exact lines it prints, its exit codes, and what it leaves in
 // the data file. Also the species presets table, which the demo file is set up from.
 #include "support/TestEnv.h"

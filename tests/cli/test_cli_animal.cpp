@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // `tessorin-cli animal`: the record of one name, field by field, as a script reads it.
 #include "support/TestEnv.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // `tessorin-cli coi`: the calculator's report lines for one animal and for a test mating, the bulk runs
 // with their rows and their early end, the command line's mistakes, and a bulk run killed half way,
 // after which the file opens, passes its checks and holds every coefficient as before or as a full run

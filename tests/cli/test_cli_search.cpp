@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // tessorin-cli search and title: the lines the result list would hold, the count line, the title.
 #include "CliRunner.h"
 #include "support/TestEnv.h"

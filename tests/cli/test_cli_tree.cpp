@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // `tessorin-cli tree`: the ancestor array of one animal, a line per position from 0 to the limit, names
 // as the file stores them.
 #include "support/TestEnv.h"

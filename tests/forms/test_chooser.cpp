@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The database chooser and the making of a new data file, driven offscreen with the scripted dialogs.
 #include "support/TestEnv.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The main window's frame: its tabs, menus and toolbar, its load steps and how it closes.
 #include "support/TestEnv.h"
 #include "records/Animal.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The search pane through its widgets, and the record commands of the main window that act on the
 // animal picked in it.
 #include "support/TestEnv.h"

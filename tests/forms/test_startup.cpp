@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The program's start: one copy only, the screen warning, the command line, the file type's query and
 // the splash.
 #include "support/TestEnv.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The setup wizard on a new data file: the species presets, moving between pages, the yellow boxes,
 // saving the settings row, and the custom fields.
 #include "support/TestEnv.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // libFuzzer target: any text given to the store as a statement is translated and run on a small data
 // file, and must end in a result or a JetError, never a crash, and never more than one statement.
 #include "store/Database.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The coefficient as the program has always worked it out, loop for loop: two sparse tables of 3001
 // rows, every sire row compared with every dam row, text marks written behind each find. Slow on
 // purpose; the tests hold the fast search in Coefficient.cpp against it.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The coefficient on small studs made for each case: the father-daughter and full-sibling matings,
 // nobody in any spelling, letter case, the thresholds and ranges that are kept as the program had them,
 // loops, what is stored and overwritten, the bulk run with its progress and its early ends.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The indexed search against the literal loops: on random arrays, on random pedigrees with repeats,
 // loops, "Unknown" in any case and names that differ only in letter case, and on whole bulk runs over a
 // generated data file, where the stored values show every overwrite and second read. Also the parent

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The descendants walk on a small stud: three generations with a grandson reached by two routes, an
 // animal of undefined sex, "Unknown" parents, an apostrophe, animals without offspring and loops.
 #include "support/TestEnv.h"

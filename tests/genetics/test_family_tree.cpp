@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The ancestor walk on a small stud with the awkward cases: one known parent, a parent without a record,
 // "Unknown", an apostrophe, a test mating and a loop.
 #include "support/TestEnv.h"

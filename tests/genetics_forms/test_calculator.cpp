@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The Inbreeding Calculator driven by its controls: what it shows on opening, a test mating with its
 // report and gauge, the refusal of more than ten generations, the bulk runs with their question, their
 // disabled buttons and their sorted rows, the stored lists, and sorting by a header.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The descendants page on a small stud: what the nine lists, their hidden companions and titles show for
 // the current animal, and what a click on an entry highlights and tells.
 #include "support/TestEnv.h"

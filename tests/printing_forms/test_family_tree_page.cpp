@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The family tree page on a real data file, driven through its widgets: the boxes of a full pedigree
 // in both forms, gaps where nobody is, champions in red, names with an apostrophe, the hover pop-up,
 // browsing at the ends of the list and the double-click that opens the edit form.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The pedigree's logic without a window: the geometry of both forms in twips, the connector and
 // heading of each box, the pop-up's placement, and the caption of a box from record and template.
 #include "support/TestEnv.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The animal record against a real data file: what a load fills in, what save and the renames leave
 // in the tables, the age words, the summary text and the picture slots.
 #include "support/TestEnv.h"

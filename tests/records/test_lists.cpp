@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The search of the main window and the list fillers, on a small stud whose flags cover every status.
 #include "support/TestEnv.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The picture commands on the shared pictures folder: what add, remove and swap leave on disk, the
 // dialogs they ask through, and the text rules of the record page.
 #include "support/TestEnv.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The add form's rules without its window: names that look like numbers or hold characters a file name
 // cannot, the date boxes, the estimated date of birth with its 16-bit day count, and the messages of a
 // refused save.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The title list of a data file and the title at the start of a name.
 #include "records/Titles.h"
 

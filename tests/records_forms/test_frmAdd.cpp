@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The add and edit form on a real data file, driven through its widgets: what a save writes, what it
 // refuses and with which words, renames carried into every table and the pictures folder, quick-made
 // parents, "add another", the close question and what the form asks of the main window.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The record page, the pictures dialog and the pop-up, on a real data file with real JPEG files in the
 // pictures folder: what the labels and picture boxes show and what the picture commands leave.
 #include "support/TestEnv.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The date rules: what counts as a date in either regional order, how dates are shown, stored and
 // put in SQL, and the split of decimal weights.
 #include "support/TestEnv.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The save and error logs: the form of a line, appending, deleting, and writes that cannot succeed.
 #include "support/TestEnv.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The clock, the per-user folders and what the machine tells about itself.
 #include "support/TestEnv.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The recent records list: its limits, its file and the question about a name that has gone.
 #include "support/TestEnv.h"
 

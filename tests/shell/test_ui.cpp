@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The dialog service: the silent default, the scripted double every test uses, and file filters.
 #include "support/TestEnv.h"
 

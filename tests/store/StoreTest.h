@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A fixture for the store's tests: its own folders, a scripted dialog service and a fixed day.
 #pragma once
 

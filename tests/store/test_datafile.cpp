@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Making, recognising, opening and closing data files, and the text helpers of every statement.
 #include "StoreTest.h"
 

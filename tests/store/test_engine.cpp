@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The engine's operations and its errors, on real files.
 #include "StoreTest.h"
 

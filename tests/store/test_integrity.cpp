@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The integrity check on files built in the shapes older versions left behind.
 #include "StoreTest.h"
 

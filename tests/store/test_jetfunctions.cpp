@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Jet's statements run on SQLite through the translator and its functions: what is stored and what
 // comes back must be what the Jet engine stores and gives.
 #include "shell/Clock.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The value rules under the SQL functions: numbers as text and text as numbers, dates written in
 // every form Jet reads, serial dates, LIKE patterns and number formats.
 #include "store/JetFunctions.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The settings row read into User and written back, and the words read through it.
 #include "StoreTest.h"
 

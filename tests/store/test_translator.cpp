@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Jet's dialect as SQLite text: each item of the dialect, and the refusals Jet makes before running.
 #include "store/JetError.h"
 #include "store/JetTranslator.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The dialog service of the tests: it records every call and gives the answers a test queued ahead.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What every test stands on: its own folders in a temporary directory, a scripted dialog service, a
 // fixed day (23 November 2026) and the day-first date order. All is put back when it goes.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The main of every test program: a core application (a widget one for the window tests), and a home of its own so that no test can reach
 // the user's real folders or settings.
 #include <QByteArray>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The "Descendants" page of the main window: the current animal's descendants in nine lists, one a
 // generation, with the hidden sex and parent lists behind them. A click on an entry shows its parents
 // and highlights its line back to the subject.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The Inbreeding Calculator: a test mating or one animal with its common ancestors, the bulk runs that
 // store every coefficient, and the lists of what is stored.
 #pragma once

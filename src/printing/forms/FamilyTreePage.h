@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The "Family Tree" page of the main window: the current animal's pedigree in the 5- or 7-generation
 // form, with or without details, browsing through the search list, and a double-click on a box that
 // opens the add and edit form on that animal.

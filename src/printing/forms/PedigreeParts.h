@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The pieces a pedigree surface is drawn with: a box (one lblCavy), a connector (one bracket) drawn
 // from a connector picture, and the background that carries them.
 #pragma once

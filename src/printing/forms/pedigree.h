@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The pedigree control: a surface of boxes (lblCavy), connectors (bracket) and column headings
 // (lblAnimal) in the 4- or 7-generation form, filled from the ancestor walk and the print template.
 // On the family tree page it also shows a pop-up of the animal under the mouse and reports a

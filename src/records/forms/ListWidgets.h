@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Copies what a list filler wrote into a Lists::ListSink onto the widget that shows it.
 #pragma once
 

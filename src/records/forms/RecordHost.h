@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What the record forms ask of the main window that opened them. frmTree is the one in the program;
 // tests give their own.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The "Individual" page of the main window: the current animal's main picture, bold title, details,
 // notes and the strip of its ten picture slots with their pop-up menu. Also the picture box that the
 // page, frmPictures and frmPopup draw pictures with.

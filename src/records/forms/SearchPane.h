@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The search pane of the main window: two criteria with their values, the result list with its letter
 // bar, and in its place on demand the recent list. The search itself is Lists::SearchPanel; this class
 // mirrors its widgets into the panel, runs the handler and shows the outcome.

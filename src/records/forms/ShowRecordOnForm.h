@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Copies an animal's record onto any form that carries some of the add form's controls, found by their
 // object names; the controls a form does not have are passed over.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The add and edit form of an animal record: made, changed, renamed (the rename carried through every
 // table and the picture files), copied as a similar record, and deleted. Modal; it returns to the main
 // window through a RecordHost.

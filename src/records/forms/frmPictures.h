@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The pictures of one animal name as a dialog of its own: the ten slots to choose from, a preview and
 // the commands on the chosen slot. The record form opens it for the name it holds.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The small frameless window that shows another animal's details beside the current one, as the
 // family tree does when the mouse rests on a box. It reads the animal into an Animal of its own.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What the database chooser decides, kept apart from its window: which data files it lists and how,
 // the order in which the start-up tries to open a file, and the tip of the day.
 #pragma once

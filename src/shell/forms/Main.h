@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The program's entry steps, kept apart from main() so that a test can run them without an event loop.
 #pragma once
 

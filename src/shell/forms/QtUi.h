@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The dialog service shown with Qt's own message boxes, input boxes and file dialogs.
 #pragma once
 

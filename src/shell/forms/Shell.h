@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The hand-overs between the shell's windows: each form is shown through one of these, so that a form
 // never needs another form's class, and a test can drive the whole start-up.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The setup wizard: an intro and four pages that fill the settings row of the open data file. One
 // choice of species fills the file's words, breeding calendar and custom field titles from the
 // species table.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The database chooser: lists the data files the program can find and opens, makes, renames, deletes
 // or restores one, or sets one as the default.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The splash window: it makes the per-user folders, shows one of the user's pictures with the version,
 // and after a few seconds or a click gives way to the main window and the chooser.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The main window: menus, toolbar and the tab strip over the twelve pages. It is loaded afresh for each
 // data file, so every page starts from the file that is open.
 #pragma once
