@@ -116,8 +116,8 @@ void Animal::SetCurrentAnimal(QString& requested)
 
     text("name", name, true);
     text("name", storedName, false);
-    text("Colour", colour, false);
-    text("Breed", breed, false);
+    text("Colour", colour, true);
+    text("Breed", breed, true);
     text("Sex", sex, false);
     sexTerm = TranslateSex(sex);
     date("DOB", dob);
@@ -125,7 +125,7 @@ void Animal::SetCurrentAnimal(QString& requested)
     text("PS", ps, true);
     text("PD", pd, true);
     if (const auto v = column(rs, QStringLiteral("Cage")))
-        cage = CageText(v->toString());
+        cage = CageText(DecodeText(v->toString()));
     text("Tag", tag, true);
     flag("Deceased", deceased);
     date("DateDeceased", dateDeceased);
@@ -146,6 +146,7 @@ void Animal::SetCurrentAnimal(QString& requested)
     text("Suffix", suffix, true);
     text("COI", coi, false);
     date("DateSold", dateSold);
+    loadedDateSold = dateSold;
     rs.Close();
 
     requested = name;
@@ -194,6 +195,7 @@ void Animal::clearFields()
     journal.clear();
     callName.clear();
     dateSold.clear();
+    loadedDateSold.clear();
     prefix.clear();
     suffix.clear();
     coi.clear();
@@ -297,32 +299,35 @@ void Animal::fillDefaults()
 
 bool Animal::saveStatement(bool isEdit, const QString& oldName, bool showMessage)
 {
+    // Every text is encoded, also those the record once wrote raw: one apostrophe in a colour or a cage
+    // broke the statement.
+    const auto text = [](const QString& value) { return quoted(EncodeText(value)); };
     QString sql;
     if (isEdit) {
-        sql = QStringLiteral("UPDATE tree SET name = '") + EncodeText(name) + QStringLiteral("',colour = '") + colour +
-              QStringLiteral("',breed = '") + breed + QStringLiteral("',sex = '") + sex + QStringLiteral("',dob = '") +
-              dob + QStringLiteral("',ps = '") + EncodeText(ps) + QStringLiteral("',pd = '") + EncodeText(pd) +
-              QStringLiteral("',cage = '") + cage + QStringLiteral("',tag = '") + EncodeText(tag) +
-              QStringLiteral("',picture = '") + EncodeText(picture[0]) + QStringLiteral("',deceased = ") +
-              flagWord(deceased) + QStringLiteral(",datedeceased = '") + dateDeceased + QStringLiteral("',sold = ") +
-              flagWord(sold) + QStringLiteral(",datesold = '") + dateSold + QLatin1Char('\'');
+        const QList<std::pair<const char*, QString>> columns = {
+            {"name", text(name)},        {"colour", text(colour)},       {"breed", text(breed)},
+            {"sex", text(sex)},          {"dob", text(dob)},             {"ps", text(ps)},
+            {"pd", text(pd)},            {"cage", text(cage)},           {"tag", text(tag)},
+            {"picture", text(picture[0])}, {"deceased", flagWord(deceased)}, {"datedeceased", text(dateDeceased)},
+            {"sold", flagWord(sold)},    {"datesold", text(dateSold)}};
+        QStringList sets;
+        for (const auto& [column, value] : columns)
+            sets << QLatin1String(column) + QStringLiteral(" = ") + value;
         for (int i = 0; i < 12; ++i)
-            sql += QStringLiteral(",customfield") + QString::number(i + 1) + QStringLiteral(" = '") +
-                   EncodeText(customField[i]) + QLatin1Char('\'');
-        sql += QStringLiteral(",callname = '") + EncodeText(callName) + QStringLiteral("',breeder = ") +
-               flagWord(breeder) + QStringLiteral(",owner = ") + flagWord(owner) + QStringLiteral(",leased = ") +
-               flagWord(leased) + QStringLiteral(",prefix = '") + prefix + QStringLiteral("',suffix = '") + suffix +
-               QStringLiteral("' WHERE name = '") + EncodeText(oldName) + QLatin1Char('\'');
+            sets << QStringLiteral("customfield") + QString::number(i + 1) + QStringLiteral(" = ") + text(customField[i]);
+        sets << QStringLiteral("callname = ") + text(callName) << QStringLiteral("breeder = ") + flagWord(breeder)
+             << QStringLiteral("owner = ") + flagWord(owner) << QStringLiteral("leased = ") + flagWord(leased)
+             << QStringLiteral("prefix = ") + text(prefix) << QStringLiteral("suffix = ") + text(suffix);
+        sql = QStringLiteral("UPDATE tree SET ") + sets.join(QLatin1Char(',')) + QStringLiteral(" WHERE name = ") +
+              text(oldName);
     } else {
-        QStringList values = {quoted(EncodeText(name)), quoted(colour),          quoted(breed),
-                              quoted(sex),              quoted(dob),             quoted(EncodeText(ps)),
-                              quoted(EncodeText(pd)),   quoted(cage),            quoted(EncodeText(tag)),
-                              quoted(EncodeText(picture[0])), flagWord(deceased), quoted(dateDeceased),
-                              flagWord(sold),           quoted(dateSold)};
+        QStringList values = {text(name), text(colour), text(breed),        text(sex),       text(dob),
+                              text(ps),   text(pd),     text(cage),         text(tag),       text(picture[0]),
+                              flagWord(deceased),       text(dateDeceased), flagWord(sold),  text(dateSold)};
         for (const QString& c : customField)
-            values << quoted(EncodeText(c));
-        values << quoted(EncodeText(callName)) << flagWord(breeder) << flagWord(owner) << flagWord(leased)
-               << quoted(prefix) << quoted(suffix);
+            values << text(c);
+        values << text(callName) << flagWord(breeder) << flagWord(owner) << flagWord(leased) << text(prefix)
+               << text(suffix);
         sql = QStringLiteral("INSERT INTO tree (name,colour,breed,sex,dob,ps,pd,cage,tag,picture,deceased,"
                              "dateDeceased,sold,datesold,customField1,customField2,customField3,customField4,"
                              "customField5,customField6,customField7,customField8,customField9,customField10,"
@@ -348,6 +353,7 @@ void Animal::updateSoldStock()
     if (!sold)
         return;
     const QString offspring = EncodeText(name);
+    const auto text = [](const QString& value) { return EncodeText(value); };
     try {
         Recordset rs = gDatabase.OpenRecordset(QStringLiteral("SELECT * FROM soldStock  WHERE Offspring = '") +
                                                offspring + QLatin1Char('\''));
@@ -356,17 +362,20 @@ void Animal::updateSoldStock()
         if (none) {
             gDatabase.Execute(QStringLiteral("INSERT INTO soldstock (Dam,Sire,Offspring,DOB,Breed,Colour,DateSold,"
                                              "SoldTo) VALUES ('") +
-                              EncodeText(pd) + QStringLiteral("','") + EncodeText(ps) + QStringLiteral("','") +
-                              offspring + QStringLiteral("','") + dob + QStringLiteral("','") + breed +
-                              QStringLiteral("','") + colour + QStringLiteral("','") + dateSold +
+                              text(pd) + QStringLiteral("','") + text(ps) + QStringLiteral("','") + offspring +
+                              QStringLiteral("','") + text(dob) + QStringLiteral("','") + text(breed) +
+                              QStringLiteral("','") + text(colour) + QStringLiteral("','") + text(dateSold) +
                               QStringLiteral("',' ')"));
         } else {
-            // SoldTo is blanked on purpose: an edit of a sold animal starts its sale afresh.
-            gDatabase.Execute(QStringLiteral("UPDATE soldStock SET Dam = '") + EncodeText(pd) +
-                              QStringLiteral("',Sire = '") + EncodeText(ps) + QStringLiteral("',Offspring = '") +
-                              offspring + QStringLiteral("',DOB = '") + dob + QStringLiteral("',Breed = '") + breed +
-                              QStringLiteral("',Colour = '") + colour + QStringLiteral("',DateSold = '") + dateSold +
-                              QStringLiteral("',SoldTo = ' ' WHERE Offspring = '") + offspring + QLatin1Char('\''));
+            // The buyer and the date of the sale belong to the sale: an edit of the animal keeps them,
+            // unless the user changed the date here.
+            QString sql = QStringLiteral("UPDATE soldStock SET Dam = '") + text(pd) + QStringLiteral("',Sire = '") +
+                          text(ps) + QStringLiteral("',Offspring = '") + offspring + QStringLiteral("',DOB = '") +
+                          text(dob) + QStringLiteral("',Breed = '") + text(breed) + QStringLiteral("',Colour = '") +
+                          text(colour) + QLatin1Char('\'');
+            if (dateSold != loadedDateSold)
+                sql += QStringLiteral(",DateSold = '") + text(dateSold) + QLatin1Char('\'');
+            gDatabase.Execute(sql + QStringLiteral(" WHERE Offspring = '") + offspring + QLatin1Char('\''));
         }
     } catch (const JetError& e) {
         LogError(errorLine(QStringLiteral("Update Sold Stock Error "), e));
@@ -377,12 +386,14 @@ bool Animal::save(bool isEdit, const QString& oldName, bool showMessage)
 {
     try {
         fillDefaults();
-        const bool saved = saveStatement(isEdit, oldName, showMessage);
-        if (saved && isEdit)
+        // The row, its children's parent names and its sale change together or not at all.
+        Transaction transaction(gDatabase);
+        if (!saveStatement(isEdit, oldName, showMessage))
+            return false;
+        if (isEdit)
             RenameAnimal(oldName);
         updateSoldStock();
-        if (!saved)
-            return false;
+        transaction.commit();
         AddRecent(name);
         ShowRecentList();
         return true;
@@ -398,23 +409,12 @@ bool Animal::save(bool isEdit, const QString& oldName, bool showMessage)
 
 void Animal::RenameAnimal(const QString& oldName)
 {
-    if (oldName.isEmpty())
+    if (!IsRealRename(oldName, name))
         return;
-    const QString oldStored = EncodeText(oldName);
-    const QString newStored = EncodeText(name);
-    {
-        Transaction transaction(gDatabase);
-        for (const QString& col : {QStringLiteral("PS"), QStringLiteral("PD")}) {
-            Recordset rs = gDatabase.OpenRecordset(QStringLiteral("SELECT * FROM tree WHERE ") + col + QStringLiteral(" = '") +
-                                                   oldStored + QStringLiteral("' "));
-            const QString update = QStringLiteral("UPDATE tree SET ") + col + QStringLiteral(" = '") + newStored +
-                                   QStringLiteral("' WHERE ") + col + QStringLiteral(" = '") + oldStored +
-                                   QStringLiteral("' ");
-            // One update a row found, as the record has always done; the later ones change nothing.
-            for (; !rs.Eof(); rs.MoveNext())
-                gDatabase.Execute(update);
-        }
-        transaction.commit();
+    for (const QString& col : {QStringLiteral("PS"), QStringLiteral("PD")}) {
+        gDatabase.Execute(QStringLiteral("UPDATE tree SET ") + col + QStringLiteral(" = '") + EncodeText(name) +
+                          QStringLiteral("' WHERE ") + col + QStringLiteral(" = '") + EncodeText(oldName) +
+                          QStringLiteral("' "));
     }
     RenameRecent(oldName, name);
 }
@@ -550,34 +550,23 @@ QString Animal::Get_Awards(bool withoutParents)
 
 QString Animal::GetTitle(const QString& name) { return MatchTitle(SplitTitles(gUser.Prefix), name); }
 
-void ReplaceRecordName(const QString& table, const QString& field, const QString& oldName, const QString& newName,
-                       bool copy)
+bool IsRealRename(const QString& oldName, const QString& newName)
 {
-    const QString oldStored = EncodeText(oldName);
-    const QString newStored = EncodeText(newName);
-    if (!copy) {
-        gDatabase.Execute(QStringLiteral("UPDATE ") + table + QStringLiteral(" SET ") + field + QStringLiteral(" = '") +
-                          newStored + QStringLiteral("' WHERE ") + field + QStringLiteral(" = '") + oldStored +
-                          QLatin1Char('\''));
-        return;
-    }
-    Recordset rs = gDatabase.OpenRecordset(QStringLiteral("SELECT * FROM ") + table + QStringLiteral(" WHERE ") + field +
-                                           QStringLiteral(" = '") + oldStored + QLatin1Char('\''));
-    QStringList inserts;
-    for (; !rs.Eof(); rs.MoveNext()) {
-        const auto due = ToDateTime(rs.Fields(QStringLiteral("DueDate")));
-        inserts << QStringLiteral("INSERT INTO vaccinations(duedate, name, vaccination, done) VALUES (#") +
-                       (due ? FormatSqlDate(due->date()) : kUnknownDate) + QStringLiteral("#,'") + newStored +
-                       QStringLiteral("','") + rs.Fields(QStringLiteral("vaccination")).toString() +
-                       QStringLiteral("','") + rs.Fields(QStringLiteral("done")).toString() + QStringLiteral("')");
-    }
-    rs.Close();
-    for (const QString& sql : inserts)
-        gDatabase.Execute(sql);
+    const QString old = oldName.trimmed();
+    return !old.isEmpty() && old.compare(kUnknown, Qt::CaseInsensitive) != 0 && oldName != newName;
 }
 
-bool RenameInAllTables(const QString& oldName, const QString& newName, bool copyTreatments)
+void ReplaceRecordName(const QString& table, const QString& field, const QString& oldName, const QString& newName)
 {
+    gDatabase.Execute(QStringLiteral("UPDATE ") + table + QStringLiteral(" SET ") + field + QStringLiteral(" = '") +
+                      EncodeText(newName) + QStringLiteral("' WHERE ") + field + QStringLiteral(" = '") +
+                      EncodeText(oldName) + QLatin1Char('\''));
+}
+
+bool RenameInAllTables(const QString& oldName, const QString& newName)
+{
+    if (!IsRealRename(oldName, newName))
+        return true;
     struct Column {
         const char* table;
         const char* field;
@@ -585,12 +574,11 @@ bool RenameInAllTables(const QString& oldName, const QString& newName, bool copy
     static const Column columns[] = {{"tree", "ps"},          {"tree", "pd"},         {"weights", "name"},
                                      {"expenditure", "name"}, {"soldStock", "Dam"},   {"soldStock", "Sire"},
                                      {"soldStock", "Offspring"}, {"Breeding", "Boar"}, {"Breeding", "Sow"},
-                                     {"Shows", "Name"}};
+                                     {"Shows", "Name"},       {"vaccinations", "name"}};
     try {
         Transaction transaction(gDatabase);
         for (const Column& c : columns)
-            ReplaceRecordName(QLatin1String(c.table), QLatin1String(c.field), oldName, newName, false);
-        ReplaceRecordName(QStringLiteral("vaccinations"), QStringLiteral("name"), oldName, newName, copyTreatments);
+            ReplaceRecordName(QLatin1String(c.table), QLatin1String(c.field), oldName, newName);
         transaction.commit();
         return true;
     } catch (const JetError& e) {

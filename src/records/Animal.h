@@ -26,6 +26,8 @@ public:
     QString prefix, suffix, coi, dateSold, fullName;
     std::array<QString, kPictureSlots> picture;      // full paths; slot 0 is the main picture
     std::array<QString, kPictureSlots> pictureLabel; // the text between the brackets of each path
+    // The date of sale as loaded: a save leaves the sale's own date alone unless the user changed it.
+    QString loadedDateSold;
 
     // Loads the row of that name; name comes back as the decoded stored name. An empty name, or one
     // with no row, leaves every field as it was.
@@ -34,9 +36,10 @@ public:
     void clearFields();
     QString getPictureFileName(const QString& pattern) const;
     static QString getPictureLabel(const QString& path);
-    // Writes the instance to `tree`, keeps soldstock and the recent list in step. Prefix and suffix go
-    // in as given, so the caller encodes them.
+    // Writes the instance to `tree`, keeps soldstock and the recent list in step. Every text is encoded
+    // here; fields hold the decoded texts (encoding twice changes nothing).
     bool save(bool isEdit, const QString& oldName, bool showMessage);
+    // Points the parent columns of other rows at the new name; nothing unless IsRealRename.
     void RenameAnimal(const QString& oldName);
     void SaveHealthOrJournal(const QString& field, const QString& value);
     void Delete();
@@ -63,11 +66,14 @@ extern Animal gAnimal;
 // The folder of every animal's pictures, shared by all data files: gDataFolder + "my pics/".
 QString PicturesFolder();
 
-// Points one column of one table from the old name to the new: an UPDATE, or with copy the rows of
-// `vaccinations` repeated for the new name. Names come decoded. Throws JetError.
-void ReplaceRecordName(const QString& table, const QString& field, const QString& oldName, const QString& newName,
-                       bool copy);
-// Carries a rename into every table that names an animal by a column (the row's own name is written by
-// save), in one transaction. copyTreatments repeats the treatments instead of moving them. False,
-// with the error logged and nothing changed, when a statement fails.
-bool RenameInAllTables(const QString& oldName, const QString& newName, bool copyTreatments);
+// A save renames an animal only when it had a name of its own before and now has another. A new
+// record's old name is "", and "Unknown" stands for nobody: carrying either over the other tables would
+// make the record the parent of every animal whose parent is not known.
+bool IsRealRename(const QString& oldName, const QString& newName);
+
+// Points one column of one table from the old name to the new. Names come decoded. Throws JetError.
+void ReplaceRecordName(const QString& table, const QString& field, const QString& oldName, const QString& newName);
+// Carries a real rename into every table that names an animal by a column (the row's own name is
+// written by save), in one transaction. False, with the error logged and nothing changed, when a
+// statement fails.
+bool RenameInAllTables(const QString& oldName, const QString& newName);

@@ -12,30 +12,42 @@
 #include <QStandardPaths>
 #include <QStringList>
 
-void renamePictures(const QString& oldName, const QString& newName)
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+bool renamePictures(const QString& oldName, const QString& newName)
 {
     // A new record has no old name; every file would "begin" with it.
-    if (oldName.isEmpty())
-        return;
+    if (oldName.isEmpty() || oldName == newName)
+        return true;
+    // "name(" and not the bare name, or "Aster" would take the pictures of "Aster 2".
+    const QString stem = oldName + QLatin1Char('(');
     const QString folder = PicturesFolder();
     QStringList files;
     QDirIterator it(folder, QDir::Files | QDir::Hidden);
     while (it.hasNext()) {
         it.next();
-        if (it.fileName().startsWith(oldName, Qt::CaseInsensitive))
+        if (it.fileName().startsWith(stem, Qt::CaseInsensitive))
             files << it.fileName();
     }
     files.sort(Qt::CaseInsensitive);
+    // All or none: a rename that cannot finish puts back those already made.
+    QList<std::pair<QString, QString>> done;
     for (const QString& file : files) {
-        const QString target = QString(file).replace(oldName, newName, Qt::CaseInsensitive);
-        if (target == file)
-            return;
-        // A picture already under the new name is replaced, as a copy over it would.
-        if (QFile::exists(folder + target) && !QFile::remove(folder + target))
-            return;
-        if (!QFile::copy(folder + file, folder + target) || !QFile::remove(folder + file))
-            return;
+        const QString target = newName + file.mid(oldName.size());
+        QFile moving(folder + file);
+        // Never over a file that is there: it is another animal's picture.
+        if (QFileInfo::exists(folder + target) || !moving.rename(folder + target)) {
+            LogError(QStringLiteral("Rename pictures error ") + QString::number(int(moving.error())) +
+                     QStringLiteral(" - ") + file + QStringLiteral(" - ") + moving.errorString());
+            for (auto undo = done.crbegin(); undo != done.crend(); ++undo)
+                QFile::rename(folder + undo->second, folder + undo->first);
+            return false;
+        }
+        done.append({file, target});
     }
+    return true;
 }
 
 const QString kPictureLabelPrompt =
@@ -95,6 +107,14 @@ QString PictureFile(const QString& name, int slot)
     return Animal().getPictureFileName(name + slotTag(slot));
 }
 
+QString PictureLabelFault(const QString& label)
+{
+    for (const QChar c : QStringLiteral("[]()\\/:*?<>|\""))
+        if (label.contains(c))
+            return c;
+    return {};
+}
+
 bool AddPicture(const QString& name, int slot)
 {
     if (name.isEmpty() || !validSlot(slot))
@@ -108,25 +128,43 @@ bool AddPicture(const QString& name, int slot)
     const QString source = Ui::openFile(kChoosePictureTitle, kPictureFilter, pictures);
     if (source.isEmpty())
         return false;
-    const QString label = Ui::input(kPictureLabelPrompt, kPictureLabelTitle);
+    QString label = Ui::input(kPictureLabelPrompt, kPictureLabelTitle);
+    for (QString fault = PictureLabelFault(label); !fault.isEmpty(); fault = PictureLabelFault(label)) {
+        Ui::message(QStringLiteral("A picture's label becomes part of its file name and cannot hold ") + fault +
+                        QStringLiteral(".\nPlease leave out the characters [ ] ( ) \\ / : * ? < > | \""),
+                    Ui::Buttons::Ok, Ui::Icon::Exclamation, kPictureLabelTitle);
+        label = Ui::input(kPictureLabelPrompt, kPictureLabelTitle, label);
+        if (label.isEmpty())
+            break; // a picture without a label is still a picture
+    }
 
-    // The file chosen may be the slot's own; deleting it first would lose it.
+    // The file chosen may be the slot's own.
     const QString old = PictureFile(name, slot);
-    if (!old.isEmpty() && QFileInfo(old).canonicalFilePath() != QFileInfo(source).canonicalFilePath()) {
+    if (!old.isEmpty() && QFileInfo(old).canonicalFilePath() == QFileInfo(source).canonicalFilePath())
+        return false;
+    const QString target = folder + PictureTargetName(name, slot, label, source);
+    // The new picture is complete on disk before the old one goes, so a failure loses neither.
+    const QString partial = target + QStringLiteral(".part");
+    QFile::remove(partial);
+    QFile sourceFile(source);
+    if (!sourceFile.copy(partial)) {
+        logFileError(QStringLiteral("Add picture error "), sourceFile);
+        QFile::remove(partial);
+        return false;
+    }
+    if (!old.isEmpty() && old != target) {
         QFile oldFile(old);
         if (!oldFile.remove()) {
             logFileError(QStringLiteral("Add picture error "), oldFile);
+            QFile::remove(partial);
             return false;
         }
     }
-    if (source.contains(QLatin1String("my pics"), Qt::CaseInsensitive))
-        return true;
-
-    const QString target = folder + PictureTargetName(name, slot, label, source);
-    QFile::remove(target); // a second file of the slot under the very same name
-    QFile sourceFile(source);
-    if (!sourceFile.copy(target)) {
-        logFileError(QStringLiteral("Add picture error "), sourceFile);
+    // rename(2) replaces a file of the very same name in one step.
+    if (std::rename(QFile::encodeName(partial).constData(), QFile::encodeName(target).constData()) != 0) {
+        LogError(QStringLiteral("Add picture error - ") + QString::fromLocal8Bit(std::strerror(errno)) +
+                 QStringLiteral(" - ") + target);
+        QFile::remove(partial);
         return false;
     }
     return true;

@@ -8,9 +8,10 @@
 #include <QString>
 
 // Carries an animal's pictures to its new name: every file of the pictures folder that begins with the
-// old name (letter case ignored) is copied to the name with the old name replaced, and the old file is
-// removed. The first file that cannot be moved ends the walk, as does an empty old name.
-void renamePictures(const QString& oldName, const QString& newName);
+// old name and "(" (letter case ignored) is renamed with the new name in its place. All or none: when
+// one cannot be moved (or a file of the new name is in the way) the others are put back, the error is
+// logged and the result is false.
+bool renamePictures(const QString& oldName, const QString& newName);
 
 inline const QString kChoosePictureTitle = QStringLiteral("Choose picture");
 inline const QString kPictureFilter = QStringLiteral("Compatable picture files|*.jpg");
@@ -25,9 +26,11 @@ QString PictureFile(const QString& name, int slot);
 
 // The commands on one slot of an animal name. Each returns true when it changed the folder; a file error
 // ends the command, logged, leaving what exists.
-// Asks for a file and a label, replaces the slot's old file and copies the new one in. Cancel in the
-// file dialog changes nothing.
+// Asks for a file and a label, copies the new one in and then removes the slot's old file. Cancel in
+// the file dialog changes nothing; a label that a file name cannot hold is asked for again.
 bool AddPicture(const QString& name, int slot);
+// The first character of a label that a picture's file name cannot hold, "" when it is fit.
+QString PictureLabelFault(const QString& label);
 bool RemovePicture(const QString& name, int slot);
 // Exchanges slot n (1 to 9) with the main picture, each keeping its label; with no main picture the
 // slot's file becomes the main picture.

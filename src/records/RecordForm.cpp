@@ -3,10 +3,12 @@
 
 #include "records/Animal.h"
 #include "records/Lists.h"
+#include "records/Pictures.h"
 #include "shell/Clock.h"
 #include "shell/Dates.h"
 #include "shell/OpenDataFile.h"
 #include "shell/Ui.h"
+#include "shell/Log.h"
 #include "shell/globals.h"
 #include "store/DataFile.h"
 
@@ -155,6 +157,34 @@ QString SaveMessages(SaveEntry& entry)
     if (StoredSex(entry.sex).isEmpty())
         return QStringLiteral("Please choose your animal's sex.");
     return messages.join(QLatin1Char('\n'));
+}
+
+bool SaveAnimalRecord(Animal& record, bool isEdit, const QString& oldName, bool showMessage)
+{
+    const bool rename = isEdit && IsRealRename(oldName, record.name);
+    try {
+        Transaction transaction(gDatabase);
+        if (rename && !RenameInAllTables(oldName, record.name))
+            return false;
+        if (!record.save(isEdit, oldName, showMessage))
+            return false;
+        transaction.commit();
+    } catch (const JetError& e) {
+        LogError(QStringLiteral("Save animal error ") + QString::number(e.number()) + QStringLiteral(" - ") +
+                 e.description());
+        if (showMessage)
+            Ui::message(QStringLiteral("Record failed to save - ") + record.name + QStringLiteral("\nError Number: ") +
+                            QString::number(e.number()) + QLatin1Char('\n') + e.description(),
+                        Ui::Buttons::Ok, Ui::Icon::Critical, QStringLiteral("Error"));
+        return false;
+    }
+    if (rename && !renamePictures(oldName, record.name) && showMessage) {
+        Ui::message(record.name + QStringLiteral(" is saved, but its pictures could not take the new name. They "
+                                                 "are still in the pictures folder under ") +
+                        oldName + QLatin1Char('.'),
+                    Ui::Buttons::Ok, Ui::Icon::Exclamation, QStringLiteral("Pictures"));
+    }
+    return true;
 }
 
 ParentResult MakeParent(const QString& kind, const std::function<void()>& refillList)

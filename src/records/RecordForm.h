@@ -8,6 +8,8 @@
 #include <functional>
 #include <optional>
 
+class Animal;
+
 namespace RecordForm {
 
 // The platform's numeric test on a text: blanks around it, a sign, whole or decimal digits and an
@@ -50,6 +52,13 @@ struct SaveEntry {
 // saved. Looks the name up in `tree` in add mode (a database error is the caller's). The date boxes
 // that pass are rewritten as ValidateDateText does.
 QString SaveMessages(SaveEntry& entry);
+
+// Writes a record that passed SaveMessages. In edit mode a real rename carries the old name through
+// every table in the same transaction as the row itself, so a save that fails changes nothing; the
+// pictures follow once that has committed. A record made "similar to" another (add mode with the
+// other's name as oldName) starts with none of the other's rows. False when nothing was written; the
+// failure has been logged and, with showMessage, shown.
+bool SaveAnimalRecord(Animal& record, bool isEdit, const QString& oldName, bool showMessage = true);
 
 enum class ParentOutcome { Cancelled, Duplicate, Failed, Created };
 struct ParentResult {

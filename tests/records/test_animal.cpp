@@ -10,6 +10,7 @@
 #include "shell/OpenDataFile.h"
 #include "shell/RecentList.h"
 #include "shell/globals.h"
+#include "store/Connection.h"
 #include "store/DataFile.h"
 
 #include <QDir>
@@ -107,7 +108,7 @@ TEST_F(AnimalTest, LoadFillsEveryFieldAndTheDerivedTexts)
     EXPECT_EQ(name, "Grand Ch O'Brien");
     EXPECT_EQ(a.name, "Grand Ch O'Brien");
     EXPECT_EQ(a.storedName, "Grand Ch O$Brien");
-    EXPECT_EQ(a.colour, "Black$s"); // as stored
+    EXPECT_EQ(a.colour, "Black's");
     EXPECT_EQ(a.breed, "Rex");
     EXPECT_EQ(a.sex, "FEMALE");
     EXPECT_EQ(a.sexTerm, "Doe");
@@ -259,7 +260,9 @@ TEST_F(AnimalTest, AFailedStatementSaysSoAndRunsNoLaterStep)
 {
     Animal a;
     a.name = QStringLiteral("Ash");
-    a.colour = QStringLiteral("bl'ue"); // colour goes in unencoded, so the statement breaks
+    sqlite3_exec(gDatabase.connection()->db(),
+                 "CREATE TRIGGER tessorin_refuse BEFORE INSERT ON tree BEGIN SELECT RAISE(ABORT, 'refused'); END",
+                 nullptr, nullptr, nullptr);
     EXPECT_FALSE(a.save(false, QString(), true));
     ASSERT_EQ(env.ui().calls().size(), 1);
     const auto& call = env.ui().calls().first();
@@ -289,10 +292,15 @@ TEST_F(AnimalTest, ASoldAnimalKeepsOneSoldStockRowWithTheBuyerBlanked)
     EXPECT_EQ(column("SELECT Dam & '|' & Sire & '|' & Offspring & '|' & Breed & '|' & Colour & '|' & SoldTo & '|' "
                      "& DateSold FROM soldstock"),
               QStringList{"D|S$1|O$Sold|Rex|Unknown|" + QStringLiteral(" ") + "|03/04/2026"});
-    exec("UPDATE soldstock SET SoldTo = 'Jo'");
+    // An edit keeps the buyer and the sale's own date unless the date was changed here.
+    exec("UPDATE soldstock SET SoldTo = 'Jo', DateSold = #05/06/2026#");
+    a = loaded("O'Sold");
     a.breed = QStringLiteral("Lop");
     ASSERT_TRUE(a.save(true, a.name, true));
-    EXPECT_EQ(column("SELECT Breed & '|' & SoldTo FROM soldstock"), QStringList{"Lop| "});
+    EXPECT_EQ(column("SELECT Breed & '|' & SoldTo & '|' & DateSold FROM soldstock"), QStringList{"Lop|Jo|06/05/2026"});
+    a.dateSold = QStringLiteral("07/06/2026");
+    ASSERT_TRUE(a.save(true, a.name, true));
+    EXPECT_EQ(column("SELECT SoldTo & '|' & DateSold FROM soldstock"), QStringList{"Jo|07/06/2026"});
 
     a.sold = false; // un-ticking sold removes nothing
     ASSERT_TRUE(a.save(true, a.name, true));
@@ -312,7 +320,7 @@ TEST_F(AnimalTest, RenameReachesEveryTableThatNamesTheAnimal)
     exec("INSERT INTO shows (name,show) VALUES ('Old$1','Royal')");
     exec("INSERT INTO vaccinations (duedate,name,vaccination,done) VALUES (#12/25/2026#,'Old$1','RHD','N')");
     exec("INSERT INTO weights (name,weight) VALUES ('Other','3')");
-    ASSERT_TRUE(RenameInAllTables(QStringLiteral("Old$1"), QStringLiteral("It's new"), false));
+    ASSERT_TRUE(RenameInAllTables(QStringLiteral("Old$1"), QStringLiteral("It's new")));
     const QString n = QStringLiteral("It$s new");
     EXPECT_EQ(column("SELECT ps & '|' & pd FROM tree"), QStringList{n + "|" + n});
     EXPECT_EQ(column("SELECT name FROM weights ORDER BY id"), QStringList({n, "Other"}));
@@ -323,13 +331,53 @@ TEST_F(AnimalTest, RenameReachesEveryTableThatNamesTheAnimal)
     EXPECT_EQ(column("SELECT name FROM vaccinations"), QStringList{n});
 }
 
-TEST_F(AnimalTest, RenameWithCopyRepeatsTheTreatments)
+TEST_F(AnimalTest, OnlyARealRenameTouchesOtherRows)
 {
-    exec("INSERT INTO vaccinations (duedate,name,vaccination,done) VALUES (#12/25/2026#,'Src','RHD','N')");
-    ASSERT_TRUE(RenameInAllTables(QStringLiteral("Src"), QStringLiteral("Copy"), true));
-    EXPECT_EQ(column("SELECT name & '|' & vaccination & '|' & done FROM vaccinations ORDER BY id"),
-              QStringList({"Src|RHD|N", "Copy|RHD|N"}));
-    EXPECT_EQ(column("SELECT Month(duedate) FROM vaccinations ORDER BY id"), QStringList({"12", "12"}));
+    // Founders stored with '' or "Unknown" parents, as generated and imported files have them.
+    exec("INSERT INTO tree (name,ps,pd) VALUES ('Founder','','Unknown')");
+    exec("INSERT INTO soldstock (Dam,Sire,Offspring) VALUES ('','Unknown','Founder')");
+    const struct {
+        const char* oldName;
+        const char* newName;
+        bool real;
+    } cases[] = {{"", "Newbie", false},     {"  ", "Newbie", false}, {"Unknown", "Newbie", false},
+                 {"unknown", "Newbie", false}, {"Same", "Same", false}, {"Old", "New", true}, {"bella", "Bella", true}};
+    for (const auto& c : cases) {
+        EXPECT_EQ(IsRealRename(c.oldName, c.newName), c.real) << c.oldName << " -> " << c.newName;
+        if (c.real)
+            continue;
+        ASSERT_TRUE(RenameInAllTables(c.oldName, c.newName));
+        Animal a;
+        a.name = c.newName;
+        a.RenameAnimal(c.oldName);
+        EXPECT_EQ(column("SELECT ps & '|' & pd FROM tree"), QStringList{"|Unknown"}) << c.oldName;
+        EXPECT_EQ(column("SELECT Dam & '|' & Sire FROM soldstock"), QStringList{"|Unknown"}) << c.oldName;
+    }
+}
+
+TEST_F(AnimalTest, ApostrophesInEveryTextAreSavedAndReadBack)
+{
+    Animal a;
+    a.name = QStringLiteral("O'Hara");
+    a.colour = QStringLiteral("Fawn's");
+    a.breed = QStringLiteral("Rex'd");
+    a.cage = QStringLiteral("Hutch A'1"); // a dollar before a digit stays a dollar when shown
+    a.tag = QStringLiteral("T'x");
+    a.callName = QStringLiteral("Ha'");
+    a.prefix = QStringLiteral("Gr'Ch");
+    a.suffix = QStringLiteral("It's");
+    a.customField[11] = QStringLiteral("c'x");
+    a.sex = QStringLiteral("female");
+    a.dob = a.dateDeceased = a.dateSold = kUnknownDate;
+    ASSERT_TRUE(a.save(false, QString(), true));
+    a.breed = QStringLiteral("Lop's");
+    ASSERT_TRUE(a.save(true, a.name, true));
+    EXPECT_TRUE(env.ui().calls().isEmpty());
+    const Animal back = loaded("O'Hara");
+    EXPECT_EQ(QStringList({back.colour, back.breed, back.cage, back.tag, back.callName, back.prefix, back.suffix,
+                           back.customField[11]}),
+              QStringList({"Fawn's", "Lop's", "Hutch A$1", "T'x", "Ha'", "Gr'Ch", "It's", "c'x"}));
+    EXPECT_EQ(column("SELECT Cage FROM tree"), QStringList{"Hutch A$1"});
 }
 
 // --- single columns and delete -------------------------------------------------------------------

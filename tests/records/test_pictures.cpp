@@ -91,20 +91,56 @@ TEST_F(PicturesTest, CancelInTheFileDialogChangesNothing)
     EXPECT_EQ(env.ui().calls().at(0).kind, ScriptedUi::Kind::OpenFile);
 }
 
-TEST_F(PicturesTest, ASourceAlreadyInMyPicsIsNotCopied)
+TEST_F(PicturesTest, ASourceInMyPicsIsCopiedAndTheSlotsOwnFileIsKept)
 {
     make(folder() + "scan.jpg", "scan");
     env.ui().queueFile(folder() + "scan.jpg");
     env.ui().queueInput("Label");
     EXPECT_TRUE(AddPicture("Rex", 1));
-    EXPECT_EQ(pictures(), QStringList{"scan.jpg"});
+    EXPECT_EQ(pictures(), QStringList({"Rex(1) [Label].jpg", "scan.jpg"}));
 
     // Choosing the slot's own file again does not delete it on the way.
-    make(folder() + "Rex(1).jpg", "mine");
-    env.ui().queueFile(folder() + "Rex(1).jpg");
+    env.ui().queueFile(folder() + "Rex(1) [Label].jpg");
     env.ui().queueInput("");
-    AddPicture("Rex", 1);
-    EXPECT_EQ(inFolder("Rex(1).jpg"), "mine");
+    EXPECT_FALSE(AddPicture("Rex", 1));
+    EXPECT_EQ(inFolder("Rex(1) [Label].jpg"), "scan");
+}
+
+TEST_F(PicturesTest, ALabelAFileNameCannotHoldIsAskedForAgainAndTheOldPictureStays)
+{
+    make(camera("new.jpg"), "new");
+    make(folder() + "Rex(0) [Old].jpg", "old");
+    env.ui().queueFile(camera("new.jpg"));
+    env.ui().queueInput("1/2 side");
+    env.ui().queueInput("Half side");
+    EXPECT_TRUE(AddPicture("Rex", 0));
+    EXPECT_EQ(pictures(), QStringList{"Rex(0) [Half side].jpg"});
+    EXPECT_EQ(inFolder("Rex(0) [Half side].jpg"), "new");
+    ASSERT_EQ(env.ui().calls().size(), 4);
+    EXPECT_EQ(env.ui().calls().at(2).text, "A picture's label becomes part of its file name and cannot hold /.\n"
+                                           "Please leave out the characters [ ] ( ) \\ / : * ? < > | \"");
+
+    // A copy that fails leaves the old picture where it was.
+    env.ui().queueFile(camera("gone.jpg"));
+    env.ui().queueInput("");
+    EXPECT_FALSE(AddPicture("Rex", 0));
+    EXPECT_EQ(pictures(), QStringList{"Rex(0) [Half side].jpg"});
+}
+
+TEST_F(PicturesTest, ARenameTakesOnlyTheAnimalsOwnPicturesAndAllOrNone)
+{
+    make(folder() + "Willowbrook Aster(0).jpg", "a0");
+    make(folder() + "Willowbrook Aster(1) [Side].jpg", "a1");
+    make(folder() + "Willowbrook Aster 2(0).jpg", "other");
+    EXPECT_TRUE(renamePictures("willowbrook aster", "Aster"));
+    EXPECT_EQ(pictures(), QStringList({"Aster(0).jpg", "Aster(1) [Side].jpg", "Willowbrook Aster 2(0).jpg"}));
+
+    // A picture of the new name in the way: nothing moves.
+    make(folder() + "Star(1) [Side].jpg", "star's own");
+    EXPECT_FALSE(renamePictures("Aster", "Star"));
+    EXPECT_EQ(pictures(), QStringList({"Aster(0).jpg", "Aster(1) [Side].jpg", "Star(1) [Side].jpg",
+                                       "Willowbrook Aster 2(0).jpg"}));
+    EXPECT_EQ(inFolder("Star(1) [Side].jpg"), "star's own");
 }
 
 TEST_F(PicturesTest, AFailedCopyEndsTheCommandAndIsLogged)
@@ -169,11 +205,7 @@ TEST_F(PicturesTest, TheShownLabelEndsAtTheFirstClosingBracket)
 {
     openFile("Rabbits.cav");
     gDatabase.Execute("INSERT INTO tree (name,ps,pd) VALUES ('Rex','Unknown','Unknown')");
-    make(camera("p.jpg"), "x");
-    env.ui().queueFile(camera("p.jpg"));
-    env.ui().queueInput("Best] in show");
-    ASSERT_TRUE(AddPicture("Rex", 4));
-    EXPECT_EQ(pictures(), QStringList{"Rex(4) [Best] in show].jpg"});
+    make(folder() + "Rex(4) [Best] in show].jpg", "x"); // copied in by hand
     Animal rex;
     QString name = "Rex";
     rex.SetCurrentAnimal(name);

@@ -10,6 +10,7 @@
 #include "shell/OpenDataFile.h"
 #include "shell/RecentList.h"
 #include "shell/globals.h"
+#include "store/Connection.h"
 #include "store/DataFile.h"
 
 #include <QCheckBox>
@@ -417,7 +418,7 @@ TEST_F(RenameForm, RenamingOntoAnExistingNameMakesTwoRows)
     EXPECT_EQ(rows("SELECT name FROM tree ORDER BY name"), QStringList({"Kid", "Kid"}));
 }
 
-TEST_F(RenameForm, ASimilarRecordTakesTheRowsAndCopiesTheTreatments)
+TEST_F(RenameForm, ASimilarRecordStartsWithNoneOfTheSourcesRows)
 {
     openOn(QStringLiteral("Old"));
     form->OptUpdate_Click(0);
@@ -432,11 +433,43 @@ TEST_F(RenameForm, ASimilarRecordTakesTheRowsAndCopiesTheTreatments)
     ASSERT_TRUE(form->SaveRecord(true));
     EXPECT_EQ(rows("SELECT name FROM tree ORDER BY name"), QStringList({"Copy", "Kid", "Old"}));
     EXPECT_EQ(rows("SELECT breed FROM tree WHERE name = 'Copy'"), QStringList{"Rex"});
-    // The source keeps only its own row; its treatments are repeated for the new one.
-    EXPECT_EQ(rows("SELECT name FROM weights"), QStringList{"Copy"});
-    EXPECT_EQ(rows("SELECT ps FROM tree WHERE name = 'Kid'"), QStringList{"Copy"});
-    EXPECT_EQ(rows("SELECT name & '|' & vaccination FROM vaccinations ORDER BY id"),
-              QStringList({"Old|RHD", "Copy|RHD"}));
+    EXPECT_EQ(rows("SELECT name FROM weights"), QStringList{"Old"});
+    EXPECT_EQ(rows("SELECT ps FROM tree WHERE name = 'Kid'"), QStringList{"Old"});
+    EXPECT_EQ(rows("SELECT Boar FROM Breeding"), QStringList{"Old"});
+    EXPECT_EQ(rows("SELECT name FROM vaccinations"), QStringList{"Old"});
+    EXPECT_TRUE(QFile::exists(picsFolder() + QStringLiteral("Old(0) [Best side].jpg")));
+}
+
+TEST_F(RenameForm, ARenameThatFailsChangesNoRowAndNoPicture)
+{
+    // The row's own UPDATE fails after the other tables could have been renamed.
+    sqlite3_exec(gDatabase.connection()->db(),
+                 "CREATE TRIGGER tessorin_refuse BEFORE UPDATE OF name ON tree BEGIN SELECT RAISE(ABORT, 'disk gone'); END",
+                 nullptr, nullptr, nullptr);
+    openOn(QStringLiteral("Old"));
+    type(QStringLiteral("searchList"), QStringLiteral("New"));
+    env.ui().queueAnswer(Ui::Answer::Ok);
+    EXPECT_FALSE(form->SaveRecord(true));
+    EXPECT_EQ(env.ui().calls().last().title, QStringLiteral("Error creating record."));
+    EXPECT_EQ(rows("SELECT name FROM tree ORDER BY name"), QStringList({"Kid", "Old"}));
+    EXPECT_EQ(rows("SELECT ps FROM tree WHERE name = 'Kid'"), QStringList{"Old"});
+    EXPECT_EQ(rows("SELECT name FROM weights"), QStringList{"Old"});
+    EXPECT_EQ(rows("SELECT Boar FROM Breeding"), QStringList{"Old"});
+    EXPECT_TRUE(QFile::exists(picsFolder() + QStringLiteral("Old(0) [Best side].jpg")));
+}
+
+TEST_F(RenameForm, ANewRecordTouchesNoOtherRow)
+{
+    exec("INSERT INTO tree (name,sex,ps,pd) VALUES ('Founder','female','','')");
+    exec("INSERT INTO soldstock (Dam,Sire,Offspring) VALUES ('','','Founder')");
+    open(false);
+    fillNew(QStringLiteral("Newbie"), QStringLiteral("Buck"));
+    env.ui().queueAnswer(Ui::Answer::No);
+    ASSERT_TRUE(form->SaveRecord(true));
+    EXPECT_EQ(rows("SELECT name & '|' & ps & '|' & pd FROM tree ORDER BY name"),
+              QStringList({"Founder||", "Kid|Old|Unknown", "Newbie|Unknown|Unknown", "Old||"}));
+    EXPECT_EQ(rows("SELECT Dam & '|' & Sire FROM soldstock"), QStringList{"|"});
+    EXPECT_TRUE(QFile::exists(picsFolder() + QStringLiteral("Old(0) [Best side].jpg")));
 }
 
 TEST_F(RenameForm, SwitchingBackToEditShowsAllNames)

@@ -168,6 +168,8 @@ void frmAdd::buildForm()
     // --- the record's details ---
     searchList = combo(QStringLiteral("searchList"), QStringLiteral("Tip: To find an animal quickly click the  drop "
                                                                     "down button and start typing the name"));
+    // Completing "Be" into "Bella" would turn a rename into a second "Bella".
+    searchList->setCompleter(nullptr);
     connect(searchList, &QComboBox::activated, this, [this] { searchList_Click(); });
     txtName = lineEdit(QStringLiteral("txtName"));
     optNameCStock = checkBox(QStringLiteral("optNameCStock"), QStringLiteral("List only Current Stock"));
@@ -678,20 +680,14 @@ bool frmAdd::SaveRecord(bool askAnother)
     record.breeder = chkBreeder->isChecked();
     record.owner = chkOwner->isChecked();
     record.leased = chkLeased->isChecked();
-    record.prefix = EncodeText(cboPrefix->currentText());
-    record.suffix = EncodeText(cboSuffix->currentText());
+    record.prefix = cboPrefix->currentText();
+    record.suffix = cboSuffix->currentText();
     record.sex = RecordForm::StoredSex(entry.sex);
     if (isEdit)
         record.id = txtID->text().toInt();
 
-    // Both run on every save. A record made "similar to" a picked one carries that one's rows to the new
-    // name and repeats its treatments.
-    const bool similar = OptUpdate0->isChecked();
-    renamePictures(oldName, record.name);
-    RenameInAllTables(oldName, record.name, similar);
-
-    isEdit = !similar;
-    if (!record.save(isEdit, oldName, true)) {
+    isEdit = !OptUpdate0->isChecked();
+    if (!RecordForm::SaveAnimalRecord(record, isEdit, oldName)) {
         Ui::message(QStringLiteral("An error has occured with the information you have supplied."), Ui::Buttons::Ok,
                     Ui::Icon::Exclamation, QStringLiteral("Error creating record."));
         isSaved = false;
