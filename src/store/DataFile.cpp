@@ -188,8 +188,9 @@ QString DamageReport(Database& database, bool full)
     const char* sql = full ? "PRAGMA integrity_check(20)" : "PRAGMA quick_check(20)";
     int rc = sqlite3_prepare_v2(handle, sql, -1, &stmt, nullptr);
     QStringList lines;
-    while (rc == SQLITE_OK && (rc = sqlite3_step(stmt)) == SQLITE_ROW)
-        lines << QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0)));
+    if (rc == SQLITE_OK)
+        while ((rc = sqlite3_step(stmt)) == SQLITE_ROW)
+            lines << QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0)));
     sqlite3_finalize(stmt);
     if (rc == SQLITE_CORRUPT || rc == SQLITE_NOTADB)
         return QString::fromUtf8(sqlite3_errstr(rc));

@@ -161,6 +161,8 @@ class CheckTransaction {
 public:
     explicit CheckTransaction(Database& db) : m_db(db), m_connection(*db.connection())
     {
+        if (db.isReadOnly())
+            throw JetError::readOnly();
         m_outer = m_connection.transactionDepth == 0;
         if (!m_outer) {
             m_db.BeginTrans();
