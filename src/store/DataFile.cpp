@@ -72,6 +72,7 @@ bool CreateDataFile(const QString& name, const QString& folder)
 {
     const QString path = (folder.isEmpty() ? gDataFolder : folder) + name;
     removeOrphanCompanions(path);
+    const bool existed = QFileInfo::exists(path);
     try {
         Database db = Database::CreateDatabase(path, kDataFileLocale);
         db.setApplicationId(kTessorinApplicationId);
@@ -82,6 +83,8 @@ bool CreateDataFile(const QString& name, const QString& folder)
         db.Close();
         return true;
     } catch (const JetError&) {
+        if (!existed) // half made, on a full disk: nothing of it stays
+            RemoveDataFile(path);
         return false;
     }
 }
