@@ -82,6 +82,13 @@ int compareNoCase(QStringView a, QStringView b)
     return compareArrays(fa, fb);
 }
 
+QString foldCase(QStringView text)
+{
+    Folded folded, bare;
+    fold(text, folded, bare);
+    return QString::fromUcs4(folded.constData(), folded.size());
+}
+
 int compareNoCaseUtf8(const char* a, int aLength, const char* b, int bLength)
 {
     // Most names are ASCII and every index look-up on tree.name compares here: byte by byte, as

@@ -17,6 +17,9 @@ inline constexpr int kSortOrderMark = 2;
 // exactly as SQLite's own NOCASE compares them.
 int compareNoCase(QStringView a, QStringView b);
 int compareNoCaseUtf8(const char* a, int aLength, const char* b, int bLength);
+// The text as the order sees it for equality: two texts are equal exactly when these are. For tables
+// held in memory that must answer as "WHERE name = ..." does.
+QString foldCase(QStringView text);
 
 // Registers that order under the name NOCASE, in place of SQLite's ASCII-only one, so that the
 // declared COLLATE NOCASE of every text column, its indexes, =, ORDER BY and DISTINCT follow it
