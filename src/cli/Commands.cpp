@@ -4,13 +4,16 @@
 
 #include "cli/DemoPictures.h"
 #include "cli/Generator.h"
+#include "records/Animal.h"
 #include "shell/Clock.h"
+#include "shell/Log.h"
 #include "shell/OpenDataFile.h"
 #include "shell/globals.h"
 #include "store/DataFile.h"
 #include "store/IntegrityCheck.h"
 #include "store/Schema.h"
 #include "store/SpeciesPresets.h"
+#include "store/StatementLimit.h"
 #include "store/User.h"
 
 #include <QDate>
@@ -20,6 +23,8 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <cmath>
+#include <optional>
+#include <vector>
 #include <stdexcept>
 
 namespace {
@@ -47,8 +52,8 @@ void createAndOpen(const QString& path)
     if (!CreateDataFile(info.fileName(), info.absolutePath() + QLatin1Char('/')))
         fail(QStringLiteral("Cannot create %1").arg(path));
     if (!OpenDataFile(info.absoluteFilePath())) {
-        QFile::remove(info.absoluteFilePath());
-        fail(QStringLiteral("Cannot open %1 after creating it").arg(path));
+        RemoveDataFile(info.absoluteFilePath());
+        fail(QStringLiteral("Cannot make the tables of %1 (is the disk full?); nothing was left behind").arg(path));
     }
 }
 
@@ -62,10 +67,13 @@ template <typename Work> void onNewFile(const QString& path, Work work)
         CloseDatabase();
     } catch (...) {
         CloseDatabase();
-        QFile::remove(absolute(path));
+        RemoveDataFile(absolute(path));
         throw;
     }
 }
+
+// A statement typed by hand may run for hours on a large file; it is stopped after this unless asked.
+constexpr int kStatementSeconds = 60;
 
 bool isSelect(const QString& statement)
 {
@@ -80,12 +88,26 @@ int cmdNew(const CommandLine& cl, QTextStream&)
     return kExitOk;
 }
 
-int cmdCheck(const CommandLine& cl, QTextStream&)
+int cmdCheck(const CommandLine& cl, QTextStream& out)
 {
     cl.expect({QStringLiteral("PATH")});
-    Database db = openExisting(cl.at(0));
-    CheckDatabase(db, cl.flag(QStringLiteral("force")), false);
+    const QString path = cl.at(0);
+    const bool force = cl.flag(QStringLiteral("force"));
+    Database db = openExisting(path);
+    // Opening made the quick check; this one reads every index against its table as well.
+    if (const QString damage = DamageReport(db, true); !damage.isEmpty())
+        fail(QStringLiteral("%1 is damaged: %2").arg(path, damage));
+    if (db.isReadOnly()) {
+        if (!force && GetVersionText(db) == ProgramVersionText())
+            return kExitOk;
+        fail(QStringLiteral("Cannot bring %1 up to date: %2").arg(path, WhyReadOnly(path)));
+    }
+    for (const QString& removed : DropForeignTriggersAndViews(db))
+        out << "removed\t" << EscapeField(removed) << '\n';
+    const bool clean = CheckDatabase(db, force, false);
     db.Close();
+    if (!clean)
+        fail(QStringLiteral("The integrity check of %1 met errors; they are listed in %2").arg(path, ErrorLogPath()));
     return kExitOk;
 }
 
@@ -94,26 +116,39 @@ int cmdSql(const CommandLine& cl, QTextStream& out)
     cl.expect({QStringLiteral("PATH"), QStringLiteral("STATEMENT")});
     Database db = openExisting(cl.at(0));
     const QString statement = cl.at(1);
-    if (!isSelect(statement)) {
-        const int n = db.Execute(statement);
-        out << "rows affected: " << n << '\n';
-        db.Close();
-        return kExitOk;
-    }
-    Recordset rs = db.OpenRecordset(statement);
-    QStringList header;
-    for (int i = 0; i < rs.FieldCount(); ++i)
-        header << EscapeField(rs.FieldName(i));
-    out << header.join(QLatin1Char('\t')) << '\n';
-    QStringList row;
-    while (!rs.Eof()) {
-        row.clear();
+    const int seconds = int(cl.number(QStringLiteral("time-limit"), kStatementSeconds, 1, 86400));
+    std::optional<StatementTimeLimit> limit;
+    if (!cl.flag(QStringLiteral("no-limit")))
+        limit.emplace(db, seconds);
+    try {
+        if (!isSelect(statement)) {
+            const int n = db.Execute(statement);
+            out << "rows affected: " << n << '\n';
+            db.Close();
+            return kExitOk;
+        }
+        Recordset rs = db.OpenRecordset(statement);
+        QStringList header;
         for (int i = 0; i < rs.FieldCount(); ++i)
-            row << FormatField(rs.Fields(i));
-        out << row.join(QLatin1Char('\t')) << '\n';
-        rs.MoveNext();
+            header << EscapeField(rs.FieldName(i));
+        out << header.join(QLatin1Char('\t')) << '\n';
+        QStringList row;
+        while (!rs.Eof()) {
+            row.clear();
+            for (int i = 0; i < rs.FieldCount(); ++i)
+                row << FormatField(rs.Fields(i));
+            out << row.join(QLatin1Char('\t')) << '\n';
+            rs.MoveNext();
+        }
+        rs.Close();
+    } catch (const JetError&) {
+        if (limit && limit->expired())
+            fail(QStringLiteral("The statement ran longer than %1 s and was stopped; nothing of it was kept. "
+                                "Give --no-limit to let it run.")
+                     .arg(seconds));
+        throw;
     }
-    rs.Close();
+    limit.reset();
     db.Close();
     return kExitOk;
 }
@@ -122,6 +157,13 @@ int cmdSettings(const CommandLine& cl, QTextStream& out)
 {
     cl.expect({QStringLiteral("PATH")});
     Database db = openExisting(cl.at(0));
+    bool hasRow = false;
+    try {
+        hasRow = HasSettingsRow(db);
+    } catch (const JetError&) {
+    }
+    if (!hasRow)
+        fail(QStringLiteral("%1 has no settings row; tessorin-cli check makes it").arg(cl.at(0)));
     User user;
     user.read(db);
     db.Close();
@@ -194,9 +236,40 @@ int cmdDemo(const CommandLine& cl, QTextStream&)
             QStringLiteral("SELECT name FROM tree WHERE deceased <> -1 AND sold <> -1 AND owner = -1 ORDER BY name"));
         for (; !rs.Eof() && stock.size() < 12; rs.MoveNext())
             stock << DecodeText(rs.Fields(0).toString());
-        DrawDemoPictures(stock);
+        if (!DrawDemoPictures(stock))
+            fail(QStringLiteral("Cannot write the pictures of %1 into %2").arg(cl.at(0), PicturesFolder()));
     });
     return kExitOk;
+}
+
+// One line per subcommand: its name, its function, the options that take a value and the flags.
+struct CommandEntry {
+    const char* name;
+    int (*run)(const CommandLine&, QTextStream&);
+    QStringList valueOptions;
+    QStringList flags;
+};
+
+const std::vector<CommandEntry>& commandTable()
+{
+    static const std::vector<CommandEntry> table = {
+        {"new", cmdNew, {}, {}},
+        {"check", cmdCheck, {}, {QStringLiteral("force")}},
+        {"sql", cmdSql, {QStringLiteral("time-limit")}, {QStringLiteral("no-limit")}},
+        {"settings", cmdSettings, {}, {}},
+        {"info", cmdInfo, {}, {}},
+        {"generate", cmdGenerate, {QStringLiteral("animals"), QStringLiteral("generations"), QStringLiteral("seed")}, {}},
+        {"demo", cmdDemo, {QStringLiteral("seed")}, {}},
+        {"animal", cmdAnimal, {}, {}},
+        {"search", cmdSearch, {QStringLiteral("field1"), QStringLiteral("field2"), QStringLiteral("value2")},
+         {QStringLiteral("contains"), QStringLiteral("current")}},
+        {"title", cmdTitle, {}, {}},
+        {"tree", cmdTree, {QStringLiteral("limit")}, {}},
+        {"coi", cmdCoi, {QStringLiteral("generations"), QStringLiteral("sire"), QStringLiteral("dam")},
+         {QStringLiteral("all"), QStringLiteral("mine")}},
+        {"descendants", cmdDescendants, {}, {}},
+    };
+    return table;
 }
 
 } // namespace
@@ -261,10 +334,12 @@ QString UsageText()
         "\n"
         "Commands:\n"
         "  new PATH                  make a data file with its tables, settings row and version stamp\n"
-        "  check PATH [--force]      run the integrity check (always with --force, else only when the\n"
-        "                            file's version differs from the program's)\n"
-        "  sql PATH STATEMENT        run one statement; a SELECT prints a header line and its rows,\n"
-        "                            anything else prints \"rows affected: N\"\n"
+        "  check PATH [--force]      test the file for damage, remove triggers and views of other\n"
+        "                            programs (\"removed<TAB>trigger NAME\"), run the integrity check\n"
+        "                            (always with --force, else only when the file's version differs)\n"
+        "  sql PATH STATEMENT [--time-limit SECONDS | --no-limit]\n"
+        "                            run one statement; a SELECT prints a header line and its rows,\n"
+        "                            anything else prints \"rows affected: N\"; stopped after 60 s\n"
         "  settings PATH             the settings of the file, one Name<TAB>value a line\n"
         "  info PATH                 program and file version, path, and the rows of each table\n"
         "  generate PATH --animals N [--generations G] [--seed S]\n"
@@ -319,40 +394,10 @@ int RunCli(const QStringList& arguments, QTextStream& out, QTextStream& err)
             out << UsageText();
             return kExitOk;
         }
-        const QStringList none;
-        if (command == QLatin1String("new"))
-            return cmdNew(CommandLine(command, words, none, none), out);
-        if (command == QLatin1String("check"))
-            return cmdCheck(CommandLine(command, words, none, {QStringLiteral("force")}), out);
-        if (command == QLatin1String("sql"))
-            return cmdSql(CommandLine(command, words, none, none), out);
-        if (command == QLatin1String("settings"))
-            return cmdSettings(CommandLine(command, words, none, none), out);
-        if (command == QLatin1String("info"))
-            return cmdInfo(CommandLine(command, words, none, none), out);
-        if (command == QLatin1String("generate")) {
-            const QStringList options = {QStringLiteral("animals"), QStringLiteral("generations"),
-                                         QStringLiteral("seed")};
-            return cmdGenerate(CommandLine(command, words, options, none), out);
+        for (const CommandEntry& entry : commandTable()) {
+            if (command == QLatin1String(entry.name))
+                return entry.run(CommandLine(command, words, entry.valueOptions, entry.flags), out);
         }
-        if (command == QLatin1String("animal"))
-            return cmdAnimal(CommandLine(command, words, none, none), out);
-        if (command == QLatin1String("search")) {
-            const QStringList options = {QStringLiteral("field1"), QStringLiteral("field2"), QStringLiteral("value2")};
-            return cmdSearch(CommandLine(command, words, options, {QStringLiteral("contains"), QStringLiteral("current")}), out);
-        }
-        if (command == QLatin1String("title"))
-            return cmdTitle(CommandLine(command, words, none, none), out);
-        if (command == QLatin1String("tree"))
-            return cmdTree(CommandLine(command, words, {QStringLiteral("limit")}, none), out);
-        if (command == QLatin1String("coi")) {
-            const QStringList options = {QStringLiteral("generations"), QStringLiteral("sire"), QStringLiteral("dam")};
-            return cmdCoi(CommandLine(command, words, options, {QStringLiteral("all"), QStringLiteral("mine")}), out);
-        }
-        if (command == QLatin1String("descendants"))
-            return cmdDescendants(CommandLine(command, words, none, none), out);
-        if (command == QLatin1String("demo"))
-            return cmdDemo(CommandLine(command, words, {QStringLiteral("seed")}, none), out);
         usage(QStringLiteral("Unknown command \"%1\"; tessorin-cli --help lists them").arg(command));
     } catch (const CliFailure& f) {
         out.flush();

@@ -8,6 +8,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QPainterPath>
+#include <QSaveFile>
 
 namespace {
 
@@ -50,13 +51,19 @@ QImage drawRabbit(const QString& name)
 
 } // namespace
 
-void DrawDemoPictures(const QStringList& names)
+bool DrawDemoPictures(const QStringList& names)
 {
     const QString folder = PicturesFolder();
-    QDir().mkpath(folder);
+    if (!QDir().mkpath(folder))
+        return false;
     for (const QString& name : names) {
         const QString path = folder + name + QStringLiteral("(0).jpg");
-        if (!QFileInfo::exists(path))
-            drawRabbit(name).save(path, "JPG", 85);
+        if (QFileInfo::exists(path))
+            continue;
+        // A picture cut off half-way would stand as the animal's picture for good.
+        QSaveFile file(path);
+        if (!file.open(QIODevice::WriteOnly) || !drawRabbit(name).save(&file, "JPG", 85) || !file.commit())
+            return false;
     }
+    return true;
 }

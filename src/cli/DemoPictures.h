@@ -5,4 +5,5 @@
 #include <QStringList>
 
 // Draws a main picture, "<name>(0).jpg", for each name into the pictures folder, unless one is there.
-void DrawDemoPictures(const QStringList& names);
+// Each is written under a scratch name and put in place whole. False when one could not be written.
+bool DrawDemoPictures(const QStringList& names);

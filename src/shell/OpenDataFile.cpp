@@ -13,6 +13,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 namespace {
 std::function<void(const QStringList&)> gSetupWizard;
@@ -28,24 +29,106 @@ void readUserSettingsFrom(Database& database)
 
 void SetSetupWizardHook(std::function<void(const QStringList&)> wizard) { gSetupWizard = std::move(wizard); }
 
+namespace {
+
+// Another program's SQLite file becomes a data file only when the user says so: the tables Tessorin
+// adds may stop the other program from reading it.
+bool askToAdopt(const QString& path)
+{
+    const QString name = QFileInfo(path).fileName();
+    const Ui::Answer answer = Ui::message(
+        name + QStringLiteral(" is a SQLite database of another program, not a Tessorin data file.\n"
+                              "Tessorin can turn it into a data file: it adds its own tables and settings to the "
+                              "file, and the other program may then no longer read it.\n\n"
+                              "Turn ") +
+            name + QStringLiteral(" into a Tessorin data file?"),
+        Ui::Buttons::YesNo, Ui::Icon::Question, QStringLiteral("Not a Tessorin Data File"));
+    if (answer != Ui::Answer::Yes)
+        return false;
+    AdoptForeignDataFile(path);
+    return true;
+}
+
+bool hasTables(Database& database)
+{
+    return database.hasTable(QStringLiteral("tree")) && database.hasTable(QStringLiteral("cavyuser"));
+}
+
+} // namespace
+
 bool OpenDataFile(const QString& path, Database& database)
 {
     if (path.isEmpty() || path == QLatin1String("1"))
         return false;
+    bool opened = false;
     try {
+        if (IsAdoptableForeignFile(path) && !askToAdopt(path))
+            return false;
         database = OpenWithPassword(path);
+        opened = true;
         gDatabasePassword = kDatabasePassword;
         gDatabaseFile = path;
-        CheckDatabase(database, false, false);
+        if (database.isReadOnly()) {
+            // Nothing may be written: no check, no upgrade, no wizard; the user is told once why.
+            QString text = QStringLiteral("The data file ") + QFileInfo(path).fileName() +
+                           QStringLiteral(" can only be read: ") + WhyReadOnly(path) +
+                           QStringLiteral(".\nYou can look at its records, but nothing you change can be saved. "
+                                          "To work in it, copy it into your Documents folder or ask for write "
+                                          "access.");
+            const bool current = GetVersionText(database) == ProgramVersionText();
+            if (!current && !hasTables(database)) {
+                Ui::message(QStringLiteral("The data file ") + QFileInfo(path).fileName() +
+                                QStringLiteral(" can only be read: ") + WhyReadOnly(path) +
+                                QStringLiteral(".\nIt has not been set up yet, which needs writing, so it "
+                                               "cannot be opened."),
+                            Ui::Buttons::Ok, Ui::Icon::Exclamation, QStringLiteral("Read-Only Data File"));
+                database.Close();
+                return false;
+            }
+            if (!current)
+                text += QStringLiteral("\nIt was saved by another version of Tessorin and will be brought up to "
+                                       "date the first time it is opened with write access; until then some "
+                                       "pages may show less.");
+            Ui::message(text, Ui::Buttons::Ok, Ui::Icon::Information, QStringLiteral("Read-Only Data File"));
+        } else {
+            // Before anything is written: a trigger stored in the file would run with the first write.
+            const QStringList dropped = DropForeignTriggersAndViews(database);
+            if (!dropped.isEmpty()) {
+                LogError(QStringLiteral("Removed from ") + path + QStringLiteral(": ") +
+                         dropped.join(QStringLiteral(", ")));
+                Ui::message(QStringLiteral("The data file ") + QFileInfo(path).fileName() +
+                                QStringLiteral(" held program code that Tessorin did not put there (") +
+                                dropped.join(QStringLiteral(", ")) +
+                                QStringLiteral("). It could change or delete records behind your back, so it "
+                                               "has been removed. Your records are untouched."),
+                            Ui::Buttons::Ok, Ui::Icon::Exclamation, QStringLiteral("Data File Cleaned"));
+            }
+            CheckDatabase(database, false, false);
+        }
         readUserSettingsFrom(database);
         LoadRecentFile();
         ShowRecentList();
-        CheckRequiredSettings();
+        if (database.isReadOnly()) {
+            if (gUser.Country.isEmpty()) {
+                gUser.Country = GetCountryName();
+                SetRegionalDateOrder(DateOrderForCountry(gUser.Country));
+            }
+        } else {
+            CheckRequiredSettings();
+        }
         return true;
     } catch (const JetError& e) {
         // The caller says what it wants; the log keeps the reason for whoever looks.
         LogError(QStringLiteral("Open data file error ") + QString::number(e.number()) + QStringLiteral(" - ") +
                  e.description());
+        if (e.number() == 3049)
+            Ui::message(QStringLiteral("The data file ") + QFileInfo(path).fileName() +
+                            QStringLiteral(" is damaged and has not been opened, so that nothing more of it is "
+                                           "lost. Restore it from a backup.\n\n") +
+                            e.description(),
+                        Ui::Buttons::Ok, Ui::Icon::Critical, QStringLiteral("Damaged Data File"));
+        if (opened)
+            database.Close();
         return false;
     }
 }

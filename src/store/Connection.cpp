@@ -15,6 +15,19 @@ QString sqliteText(const unsigned char* text) { return text ? QString::fromUtf8(
 
 } // namespace
 
+namespace {
+
+int authorize(void*, int, const char*, const char*, const char*, const char* triggerOrView)
+{
+    if (!triggerOrView || qstrnicmp(triggerOrView, "tessorin_", 9) == 0)
+        return SQLITE_OK;
+    return SQLITE_DENY;
+}
+
+} // namespace
+
+void refuseForeignCode(sqlite3* db) { sqlite3_set_authorizer(db, authorize, nullptr); }
+
 QString quoteName(const QString& name)
 {
     QString n = name;
@@ -84,6 +97,10 @@ void Connection::requireOpen() const
     case SQLITE_MISMATCH: throw JetError::typeMismatch();
     case SQLITE_CONSTRAINT: throw JetError::duplicateValues();
     case SQLITE_CANTOPEN: throw JetError::cannotOpen(m_path);
+    case SQLITE_AUTH:
+        throw JetError(3000, QStringLiteral("The data file holds a trigger or view that Tessorin did not make; "
+                                            "it was not run. Open the file in Tessorin to have it removed."));
+    case SQLITE_INTERRUPT: throw JetError(3000, QStringLiteral("The statement was stopped before it ended."));
     default: break;
     }
     if (auto m = noTable.match(msg); m.hasMatch())

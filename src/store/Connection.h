@@ -78,6 +78,10 @@ private:
     qint64 m_schemaCalls = 0;
 };
 
+// Lets no trigger or view run that Tessorin did not make: a file may carry code of its own, and it
+// must not run behind a page that only shows a record. A statement that would run one fails instead.
+void refuseForeignCode(sqlite3* db);
+
 QString quoteName(const QString& name);
 QString columnDeclaration(const ColumnDef& c);
 

@@ -2,14 +2,77 @@
 #include "store/DataFile.h"
 
 #include "shell/Folders.h"
+#include "store/Connection.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QLocale>
+#include <cerrno>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+// Left behind when a file of that name went without them: they must not be rolled into a new one.
+void removeOrphanCompanions(const QString& path)
+{
+    if (QFileInfo::exists(path))
+        return;
+    for (const QString& companion : CompanionFiles(path))
+        QFile::remove(companion);
+}
+
+bool writable(const QString& path, int mode, int& error)
+{
+    const QByteArray name = QFile::encodeName(path);
+    if (faccessat(AT_FDCWD, name.constData(), mode, AT_EACCESS) == 0)
+        return true;
+    error = errno;
+    return false;
+}
+
+} // namespace
+
+QStringList CompanionFiles(const QString& path)
+{
+    return {path + QStringLiteral("-journal"), path + QStringLiteral("-wal"), path + QStringLiteral("-shm")};
+}
+
+bool RemoveDataFile(const QString& path)
+{
+    if (QFileInfo::exists(path) && !QFile::remove(path))
+        return false;
+    removeOrphanCompanions(path);
+    return true;
+}
+
+bool RenameDataFile(const QString& from, const QString& to)
+{
+    if (QFileInfo::exists(to) || !QFileInfo::exists(from))
+        return false;
+    removeOrphanCompanions(to);
+    if (!QFile::rename(from, to))
+        return false;
+    const QStringList old = CompanionFiles(from);
+    const QStringList moved = CompanionFiles(to);
+    for (qsizetype i = 0; i < old.size(); ++i)
+        if (QFileInfo::exists(old[i]))
+            QFile::rename(old[i], moved[i]);
+    return true;
+}
+
+bool NeedsRecovery(const QString& path)
+{
+    const QFileInfo journal(path + QStringLiteral("-journal"));
+    return journal.exists() && journal.size() > 0;
+}
 
 bool CreateDataFile(const QString& name, const QString& folder)
 {
     const QString path = (folder.isEmpty() ? gDataFolder : folder) + name;
+    removeOrphanCompanions(path);
+    const bool existed = QFileInfo::exists(path);
     try {
         Database db = Database::CreateDatabase(path, kDataFileLocale);
         db.setApplicationId(kTessorinApplicationId);
@@ -20,6 +83,8 @@ bool CreateDataFile(const QString& name, const QString& folder)
         db.Close();
         return true;
     } catch (const JetError&) {
+        if (!existed) // half made, on a full disk: nothing of it stays
+            RemoveDataFile(path);
         return false;
     }
 }
@@ -43,6 +108,21 @@ DataFileKind ClassifyDataFile(const QString& path)
     return DataFileKind::Other;
 }
 
+QString WhyReadOnly(const QString& path)
+{
+    const QFileInfo info(path);
+    int error = 0;
+    if (!writable(info.absoluteFilePath(), W_OK, error))
+        return error == EROFS ? QStringLiteral("it lies on a disk or share that can only be read")
+                              : QStringLiteral("the file is write-protected");
+    if (!writable(info.absolutePath(), W_OK | X_OK, error))
+        return error == EROFS ? QStringLiteral("it lies on a disk or share that can only be read")
+                              : QStringLiteral("its folder %1 cannot be written, and saving needs room beside the "
+                                               "file for a journal")
+                                    .arg(QDir::toNativeSeparators(info.absolutePath()));
+    return {};
+}
+
 Database OpenWithPassword(const QString& path)
 {
     const QString connect = QStringLiteral(";pwd=") + kDatabasePassword;
@@ -52,20 +132,113 @@ Database OpenWithPassword(const QString& path)
     case DataFileKind::Jet:
         throw JetError(3343, QStringLiteral("'%1' is a data file of the older Windows program (a Jet database). "
                                             "This version cannot open it yet.").arg(path));
-    case DataFileKind::Tessorin: return Database::OpenDatabase(path, false, false, connect);
-    case DataFileKind::ForeignSqlite: break;
+    case DataFileKind::ForeignSqlite:
+        throw JetError(3343, QStringLiteral("'%1' is a SQLite database of another program, not a Tessorin data "
+                                            "file.").arg(path));
+    case DataFileKind::Tessorin: break;
     }
-    Database db = Database::OpenDatabase(path, false, false, connect);
-    if (!db.hasTable(QStringLiteral("tree"))) {
-        db.Close();
-        throw JetError::unrecognizedFormat(path);
-    }
+    // A file that cannot be written is opened for reading on purpose, rather than failing at its first save.
+    Database db = Database::OpenDatabase(path, false, !WhyReadOnly(path).isEmpty(), connect);
+    QString damage;
     try {
-        db.setApplicationId(kTessorinApplicationId);
+        damage = DamageReport(db, false);
     } catch (const JetError&) {
-        // A read-only file opens unstamped.
+        db.Close();
+        throw;
+    }
+    if (!damage.isEmpty()) {
+        db.Close();
+        throw JetError(3049, QStringLiteral("'%1' is damaged and cannot be opened: %2").arg(path, damage));
     }
     return db;
+}
+
+bool IsAdoptableForeignFile(const QString& path)
+{
+    if (ClassifyDataFile(path) != DataFileKind::ForeignSqlite)
+        return false;
+    try {
+        Database db = Database::OpenDatabase(path, false, true);
+        const bool tree = db.hasTable(QStringLiteral("tree"));
+        db.Close();
+        return tree;
+    } catch (const JetError&) {
+        return false;
+    }
+}
+
+void AdoptForeignDataFile(const QString& path)
+{
+    if (!IsAdoptableForeignFile(path))
+        throw JetError::unrecognizedFormat(path);
+    Database db = Database::OpenDatabase(path);
+    if (db.isReadOnly()) {
+        db.Close();
+        throw JetError::readOnly();
+    }
+    db.setApplicationId(kTessorinApplicationId);
+    // Its indexes were sorted by other programs: the next check sorts them in ours.
+    db.connection()->exec(QStringLiteral("PRAGMA user_version = 0"));
+    db.Close();
+}
+
+QString DamageReport(Database& database, bool full)
+{
+    if (!database.isOpen())
+        throw JetError::objectClosed();
+    sqlite3* handle = database.connection()->db();
+    sqlite3_stmt* stmt = nullptr;
+    const char* sql = full ? "PRAGMA integrity_check(20)" : "PRAGMA quick_check(20)";
+    int rc = sqlite3_prepare_v2(handle, sql, -1, &stmt, nullptr);
+    QStringList lines;
+    if (rc == SQLITE_OK)
+        while ((rc = sqlite3_step(stmt)) == SQLITE_ROW)
+            lines << QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0)));
+    sqlite3_finalize(stmt);
+    if (rc == SQLITE_CORRUPT || rc == SQLITE_NOTADB)
+        return QString::fromUtf8(sqlite3_errstr(rc));
+    if (rc != SQLITE_DONE && rc != SQLITE_OK)
+        database.connection()->fail(rc, jet::StatementKind::Other, QString::fromLatin1(sql));
+    if (lines.size() == 1 && lines.front() == QLatin1String("ok"))
+        return {};
+    if (lines.size() > 3)
+        lines = lines.mid(0, 3) << QStringLiteral("...");
+    return lines.join(QStringLiteral("; "));
+}
+
+QStringList DropForeignTriggersAndViews(Database& database)
+{
+    if (!database.isOpen() || database.isReadOnly())
+        return {};
+    sqlite3* handle = database.connection()->db();
+    QStringList found;
+    sqlite3_stmt* stmt = nullptr;
+    sqlite3_prepare_v2(handle,
+                       "SELECT type, name FROM sqlite_master WHERE type IN ('trigger', 'view') "
+                       "AND substr(lower(name), 1, 9) <> 'tessorin_' ORDER BY type, name",
+                       -1, &stmt, nullptr);
+    while (stmt && sqlite3_step(stmt) == SQLITE_ROW)
+        found << QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0))) + QLatin1Char(' ') +
+                     QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(stmt, 1)));
+    sqlite3_finalize(stmt);
+    if (found.isEmpty())
+        return found;
+    jet::Connection& c = *database.connection();
+    c.schemaChanged();
+    c.exec(QStringLiteral("SAVEPOINT tessorin_drop"));
+    try {
+        for (const QString& item : std::as_const(found)) {
+            const qsizetype blank = item.indexOf(QLatin1Char(' '));
+            c.exec(QStringLiteral("DROP %1 IF EXISTS %2").arg(item.left(blank).toUpper(), jet::quoteName(item.mid(blank + 1))));
+        }
+        c.exec(QStringLiteral("RELEASE tessorin_drop"));
+    } catch (...) {
+        sqlite3_exec(handle, "ROLLBACK TO tessorin_drop; RELEASE tessorin_drop", nullptr, nullptr, nullptr);
+        c.schemaChanged();
+        throw;
+    }
+    c.schemaChanged();
+    return found;
 }
 
 QString EncodeText(const QString& text)

@@ -21,15 +21,46 @@ inline const QString kDatabasePassword = QStringLiteral("uk7demvqa");
 // exists or cannot be made.
 bool CreateDataFile(const QString& name, const QString& folder);
 
+// The files SQLite keeps beside a data file while it writes: path + "-journal", "-wal", "-shm".
+// A journal left by a crash is rolled back into the file of that name on its next open, so these go
+// and move with their file, and ones without a file are removed.
+QStringList CompanionFiles(const QString& path);
+// Removes a data file, then its companions; false, with nothing removed, when the file stays.
+bool RemoveDataFile(const QString& path);
+// Renames a data file with its companions; false when `to` exists or the rename fails.
+bool RenameDataFile(const QString& from, const QString& to);
+// True when a journal lies beside the file: the last change was cut short and is undone on the next
+// open for writing.
+bool NeedsRecovery(const QString& path);
+
 enum class DataFileKind { Missing, Tessorin, ForeignSqlite, Jet, Other };
 // What stands at path: our SQLite file, a SQLite file of another program (with or without a `tree`
 // table), a Jet file ("Standard Jet DB"/"Standard ACE DB"), or something else.
 DataFileKind ClassifyDataFile(const QString& path);
 
-// Opens a data file for use: not exclusive, not read-only, with the fixed password's connect string.
-// Refuses what is no data file (throws JetError 3343), and a Jet file with a message of its own.
-// A SQLite file without our application id is opened only if it holds the table `tree`, and stamped.
+// Opens a data file for use: not exclusive, with the fixed password's connect string, and never writes
+// to it. Refuses what is no data file (throws JetError 3343), a Jet file and another program's SQLite
+// file with messages of their own, and a damaged file (3049, with SQLite's reason). When the file or
+// its folder cannot be written, it is opened read-only (Database::isReadOnly()).
 Database OpenWithPassword(const QString& path);
+
+// Why the data file cannot be written, in words for the user; "" when it can. Its folder counts too:
+// SQLite keeps its journal beside the file while it saves.
+QString WhyReadOnly(const QString& path);
+
+// A SQLite file of another program that holds a `tree` table can be made a data file; the window asks
+// first, the command line never does it.
+bool IsAdoptableForeignFile(const QString& path);
+// Stamps such a file with our application id, the one step that makes it ours. Throws JetError.
+void AdoptForeignDataFile(const QString& path);
+
+// "" when SQLite finds the file sound; else the first lines of its report. `full` runs the whole
+// integrity_check (every index against its table), else quick_check.
+QString DamageReport(Database& database, bool full);
+
+// Drops the triggers and views that Tessorin did not make (ours would be named "tessorin_..."), so that
+// no code stored in a file runs while it is used. Returns their names; nothing on a read-only file.
+QStringList DropForeignTriggersAndViews(Database& database);
 
 QString EncodeText(const QString& text);
 QString DecodeText(const QString& text);

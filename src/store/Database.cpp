@@ -2,6 +2,7 @@
 #include "store/Database.h"
 
 #include "shell/Dates.h"
+#include "store/Collation.h"
 #include "store/Connection.h"
 
 #include <QFileInfo>
@@ -636,6 +637,8 @@ static std::shared_ptr<Connection> openConnection(const QString& path, int flags
     sqlite3_extended_result_codes(db, 0);
     sqlite3_busy_timeout(db, 2000);
     jet::registerFunctions(db);
+    jet::registerCollation(db);
+    jet::refuseForeignCode(db);
     return c;
 }
 
@@ -647,7 +650,7 @@ Database Database::CreateDatabase(const QString& path, const QString& /*locale*/
     // Writing the header makes the file a database at once, so an empty file opens as one.
     c->exec(QStringLiteral("PRAGMA journal_mode=DELETE"));
     c->exec(QStringLiteral("PRAGMA synchronous=FULL"));
-    c->exec(QStringLiteral("PRAGMA user_version=1"));
+    c->exec(QStringLiteral("PRAGMA user_version=%1").arg(jet::kSortOrderMark));
     return Database(c);
 }
 

@@ -5,6 +5,8 @@
 #include "shell/Dates.h"
 #include "shell/Log.h"
 #include "shell/Ui.h"
+#include "store/Collation.h"
+#include "store/Connection.h"
 #include "store/DataFile.h"
 #include "store/Schema.h"
 
@@ -21,10 +23,26 @@ struct NewColumn {
     int type;
 };
 
+// The check of one file runs at a time; its connection and its count of failed steps.
+sqlite3* gCheckHandle = nullptr;
+int gFailedSteps = 0;
+
 void logFailure(const JetError& e, const QString& title = QStringLiteral("Error Number: "))
 {
+    ++gFailedSteps;
     LogError(title + QString::number(e.number()) + QStringLiteral("  ") + e.description());
 }
+
+// SQLite ends a transaction by itself on a full disk or an I/O error. Going on would write the
+// remaining steps, and the stamp, one by one; the check stops instead and nothing of it is kept.
+void requireTransaction()
+{
+    if (gCheckHandle && sqlite3_get_autocommit(gCheckHandle))
+        throw JetError(3026, QStringLiteral("Not enough space on disk, or the disk failed: the integrity check "
+                                            "was stopped and the file is left as it was."));
+}
+
+bool isFatal(const JetError& e) { return e.number() == JetError::diskFull().number(); }
 
 // Runs one step; a failure is logged and the check goes on, as the error rule says.
 template <typename F>
@@ -33,8 +51,11 @@ void step(F&& f)
     try {
         f();
     } catch (const JetError& e) {
+        if (isFatal(e))
+            throw;
         logFailure(e);
     }
+    requireTransaction();
 }
 
 void createTable(Database& db, const QString& table)
@@ -104,9 +125,98 @@ void runLogged(Database& db, const QString& sql, const QString& title)
     try {
         db.Execute(sql);
     } catch (const JetError& e) {
+        if (isFatal(e))
+            throw;
         logFailure(e, title);
     }
+    requireTransaction();
 }
+
+int userVersion(Database& db)
+{
+    sqlite3_stmt* stmt = nullptr;
+    sqlite3_prepare_v2(db.connection()->db(), "PRAGMA user_version", -1, &stmt, nullptr);
+    int v = 0;
+    if (stmt && sqlite3_step(stmt) == SQLITE_ROW)
+        v = sqlite3_column_int(stmt, 0);
+    sqlite3_finalize(stmt);
+    return v;
+}
+
+// Indexes on text columns follow the collation registered on the connection; files whose indexes were
+// built in SQLite's ASCII-only order are sorted again once, and marked.
+void resortIndexes(Database& db)
+{
+    if (userVersion(db) == jet::kSortOrderMark)
+        return;
+    jet::Connection& c = *db.connection();
+    c.exec(QStringLiteral("REINDEX NOCASE"));
+    c.exec(QStringLiteral("PRAGMA user_version = %1").arg(jet::kSortOrderMark));
+    requireTransaction();
+}
+
+// The whole check is one transaction, taken for writing at once, so that a second program opening the
+// same old file waits here, then finds the stamp and does nothing; a check cut short leaves nothing.
+class CheckTransaction {
+public:
+    explicit CheckTransaction(Database& db) : m_db(db), m_connection(*db.connection())
+    {
+        if (db.isReadOnly())
+            throw JetError::readOnly();
+        m_outer = m_connection.transactionDepth == 0;
+        if (!m_outer) {
+            m_db.BeginTrans();
+        } else {
+            // A large upgrade in another program can take longer than the usual wait for a lock.
+            sqlite3_busy_timeout(m_connection.db(), 60000);
+            try {
+                m_connection.exec(QStringLiteral("BEGIN IMMEDIATE"));
+            } catch (...) {
+                sqlite3_busy_timeout(m_connection.db(), 2000);
+                throw;
+            }
+            sqlite3_busy_timeout(m_connection.db(), 2000);
+            ++m_connection.transactionDepth;
+        }
+        m_previousHandle = gCheckHandle;
+        m_previousFailures = gFailedSteps;
+        gCheckHandle = m_outer ? m_connection.db() : nullptr;
+        gFailedSteps = 0;
+    }
+    ~CheckTransaction()
+    {
+        if (!m_done) {
+            if (m_outer && sqlite3_get_autocommit(m_connection.db())) {
+                m_connection.transactionDepth = 0; // SQLite already rolled it back
+                m_connection.schemaChanged();
+            } else {
+                try {
+                    m_db.Rollback();
+                } catch (const JetError&) {
+                }
+            }
+        }
+        gCheckHandle = m_previousHandle;
+        gFailedSteps = m_previousFailures;
+    }
+    int failures() const { return gFailedSteps; }
+    void commit()
+    {
+        requireTransaction();
+        m_db.CommitTrans();
+        m_done = true;
+    }
+    CheckTransaction(const CheckTransaction&) = delete;
+    CheckTransaction& operator=(const CheckTransaction&) = delete;
+
+private:
+    Database& m_db;
+    jet::Connection& m_connection;
+    bool m_outer = true;
+    bool m_done = false;
+    sqlite3* m_previousHandle = nullptr;
+    int m_previousFailures = 0;
+};
 
 void repairContactsKey(Database& db)
 {
@@ -278,19 +388,36 @@ void ResetCustomFields(Database& database, const QString& which, const QString& 
     } catch (const JetError& e) {
         logFailure(e);
     }
-    CheckDatabase(database, true, false);
+    try {
+        CheckDatabase(database, true, false);
+    } catch (const JetError& e) {
+        logFailure(e);
+    }
 }
 
-void CheckDatabase(Database& database, bool force, bool showMessage)
+bool CheckDatabase(Database& database, bool force, bool showMessage)
 {
+    if (!database.isOpen())
+        throw JetError::objectClosed();
     if (!force) {
-        if (GetVersionText(database) == ProgramVersionText())
-            return;
+        if (GetVersionText(database) == ProgramVersionText() && userVersion(database) == jet::kSortOrderMark)
+            return true;
     } else if (showMessage) {
         Ui::message(QStringLiteral("Database Updated."), Ui::Buttons::Ok, Ui::Icon::Information, QString());
     }
 
+    CheckTransaction transaction(database);
+    // Tested again now that no other program can write: it may have done the work while this one waited.
+    if (!force && GetVersionText(database) == ProgramVersionText()) {
+        resortIndexes(database);
+        transaction.commit();
+        return true;
+    }
+
     Ui::status(QStringLiteral("Checking database integrity ..."));
+    struct ClearStatus {
+        ~ClearStatus() { Ui::status(QString()); }
+    } clearStatus;
 
     // 1. tree
     createTable(database, QStringLiteral("tree"));
@@ -415,10 +542,13 @@ void CheckDatabase(Database& database, bool force, bool showMessage)
     runLogged(database, QStringLiteral("UPDATE print SET name = 'Custom' where id = 1"), QStringLiteral("Error Number: "));
     // 16.
     MoveJournalEntries(database);
+    resortIndexes(database);
     // 17.
     runLogged(database,
               QStringLiteral("UPDATE cavyuser ") + QStringLiteral("SET fldVersion = '") + ProgramVersionText() +
                   QStringLiteral("' WHERE ID = 1"),
               QStringLiteral("Error Number: "));
-    Ui::status(QString());
+    const int failures = transaction.failures();
+    transaction.commit();
+    return failures == 0;
 }

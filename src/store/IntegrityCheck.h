@@ -6,7 +6,10 @@
 
 #include <QString>
 
-void CheckDatabase(Database& database, bool force, bool showMessage);
+// One transaction: false when a step failed (each failure is in the error log) and the rest was kept;
+// throws JetError when the file cannot be changed at all (read-only, locked, full disk), and then
+// nothing of the check is kept.
+bool CheckDatabase(Database& database, bool force, bool showMessage);
 void AllowZeroLength(Database& database, const QString& table);
 void ChangeColumnType(Database& database, const QString& tableName, const QString& column, int type);
 void SwapColumns(Database& database, const QString& tableName, const QString& first, const QString& second, int type);

@@ -1517,9 +1517,32 @@ Translation Translator::drop(Items& items)
     syntaxError();
 }
 
+// Parentheses and the operators rewritten into calls (^ / \ Mod Like) each add a level to the tree
+// that is built and written out recursively; far past what any real statement needs, a statement is
+// refused rather than let run the stack out.
+constexpr int kMaxNesting = 256;
+
 Translation Translator::run()
 {
     tokenize();
+
+    int depth = 0, deepest = 0, chained = 0;
+    for (const Token& t : m_tokens) {
+        if (t.kind == T::Op) {
+            if (t.text == QLatin1String("("))
+                deepest = std::max(deepest, ++depth);
+            else if (t.text == QLatin1String(")"))
+                --depth;
+            else if (t.text == QLatin1String("^") || t.text == QLatin1String("/") || t.text == QLatin1String("\\"))
+                ++chained;
+        } else if (t.kind == T::Word && (t.kw == Kw::Mod || t.kw == Kw::Like)) {
+            ++chained;
+        }
+    }
+    if (deepest > kMaxNesting || chained > kMaxNesting)
+        throw JetError(3075, QStringLiteral("Syntax error in query expression: the statement nests too deeply "
+                                            "(more than %1 levels of parentheses or operators).")
+                                 .arg(kMaxNesting));
 
     if (m_tokens.empty())
         throw JetError::invalidStatement();

@@ -11,8 +11,15 @@
 #include <QFileInfo>
 #include "CliRunner.h"
 
+#include <QElapsedTimer>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QThread>
+#include <csignal>
+#include <cstdio>
+#include <sqlite3.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -388,6 +395,252 @@ TEST_F(Cli, TodayFixesTheClockOfTheCheck)
     EXPECT_EQ(p.exitCode(), 0) << p.readAllStandardError().toStdString();
     EXPECT_EQ(sql(file, "SELECT journalDate, journalNote FROM journal").out,
               "journalDate\tjournalNote\n2031-05-04\tBought at the spring show\n");
+}
+
+// --- reliability ------------------------------------------------------------------------------------
+
+// Runs the tool through a shell, for limits and users that a shell sets up; prefix ends in the word
+// that starts the tool ("exec", or a program that runs it).
+Result runShell(const QString& prefix, const QStringList& arguments)
+{
+    QStringList quoted;
+    for (const QString& a : QStringList{QStringLiteral(TESSORIN_CLI_PATH), "--today", "2026-11-23"} + arguments)
+        quoted << "'" + QString(a).replace("'", "'\\''") + "'";
+    QProcess p;
+    p.start("bash", {"-c", prefix + " " + quoted.join(' ')});
+    Result r;
+    if (!p.waitForFinished(180000))
+        return r;
+    r.code = p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
+    r.out = QString::fromUtf8(p.readAllStandardOutput());
+    r.err = QString::fromUtf8(p.readAllStandardError());
+    return r;
+}
+
+QByteArray bytesOf(const QString& file)
+{
+    QFile f(file);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+void rawSql(const QString& file, const char* statements)
+{
+    sqlite3* db = nullptr;
+    sqlite3_open(file.toUtf8().constData(), &db);
+    char* error = nullptr;
+    EXPECT_EQ(sqlite3_exec(db, statements, nullptr, nullptr, &error), SQLITE_OK) << (error ? error : "");
+    sqlite3_free(error);
+    sqlite3_close(db);
+}
+
+// A disk that fills during the run: the file-size limit of the shell, and for root a small tmpfs.
+TEST_F(Cli, ANewFileThatRunsOutOfDiskLeavesNoFileNoJournalAndFails)
+{
+    struct Case {
+        QString folder;
+        QString limit;
+        QString command = "generate";
+    };
+    // Full while the file is made, while its tables are, and while the animals are written.
+    QList<Case> cases = {{env.root(), "trap '' XFSZ; ulimit -f 4; exec", "new"},
+                         {env.root(), "trap '' XFSZ; ulimit -f 12; exec", "demo"},
+                         {env.root(), "trap '' XFSZ; ulimit -f 400; exec"}};
+    const QString mount = env.root() + "small/";
+    QDir().mkpath(mount);
+    const bool mounted = geteuid() == 0 && QProcess::execute("mount", {"-t", "tmpfs", "-o", "size=400k", "tmpfs", mount}) == 0;
+    if (mounted)
+        cases << Case{mount, "exec"};
+    for (const Case& c : cases) {
+        const QString file = c.folder + "full.cav";
+        const QStringList options = c.command == "generate" ? QStringList{"--animals", "3000"} : QStringList();
+        const Result r = runShell(c.limit, QStringList{c.command, file} + options);
+        EXPECT_EQ(r.code, 1) << c.limit.toStdString();
+        EXPECT_EQ(r.err.count('\n'), 1) << r.err.toStdString();
+        EXPECT_FALSE(QFile::exists(file));
+        EXPECT_FALSE(QFile::exists(file + "-journal"));
+        // The next file of that name is taken as it is, not rolled back into something else.
+        if (c.folder == env.root() && c.command == "generate") {
+            const QString good = newFile("good.cav");
+            sql(good, "INSERT INTO tree (name) VALUES ('Ash')");
+            ASSERT_TRUE(QFile::copy(good, file));
+            EXPECT_EQ(scalar(file, "SELECT name FROM tree"), "Ash");
+        }
+    }
+    if (mounted)
+        QProcess::execute("umount", {mount});
+    else
+        std::printf("[   NOTE   ] no tmpfs could be mounted: the full disk was tried with the file-size limit only\n");
+}
+
+TEST_F(Cli, AGenerateKilledHalfWayIsUndoneOnTheNextOpen)
+{
+    const QString file = path("killed.cav");
+    QProcess p;
+    p.start(QStringLiteral(TESSORIN_CLI_PATH), {"generate", file, "--animals", "200000"});
+    ASSERT_TRUE(p.waitForStarted());
+    QElapsedTimer waited;
+    waited.start();
+    // Past the tables (a few pages) and well into the animals, whose pages spill into the file.
+    while (!(QFile::exists(file + "-journal") && QFileInfo(file).size() > 1000000) && waited.elapsed() < 60000)
+        QThread::msleep(5);
+    ::kill(pid_t(p.processId()), SIGKILL);
+    p.waitForFinished();
+    ASSERT_TRUE(QFile::exists(file + "-journal")) << "the journal never showed";
+
+    EXPECT_EQ(scalar(file, "SELECT Count(*) FROM tree"), "0");
+    EXPECT_FALSE(QFile::exists(file + "-journal"));
+    EXPECT_EQ(run({"check", file}).code, 0);
+}
+
+TEST_F(Cli, TwoProgramsUpgradingOneOldFileCopyItsJournalTextsOnce)
+{
+    const QString file = newFile("old.cav");
+    {
+        Database db = OpenWithPassword(file);
+        Transaction t(db);
+        for (int i = 0; i < 2200; ++i)
+            db.Execute(QString("INSERT INTO tree (name, journal) VALUES ('Doe %1', 'Weaned early, note %1')").arg(i));
+        db.Execute("UPDATE cavyuser SET fldVersion = '4.47.00'");
+        t.commit();
+    }
+    QProcess first, second;
+    first.start(QStringLiteral(TESSORIN_CLI_PATH), {"check", file});
+    second.start(QStringLiteral(TESSORIN_CLI_PATH), {"check", file});
+    ASSERT_TRUE(first.waitForFinished(120000) && second.waitForFinished(120000));
+    EXPECT_EQ(first.exitCode(), 0) << first.readAllStandardError().toStdString();
+    EXPECT_EQ(second.exitCode(), 0) << second.readAllStandardError().toStdString();
+    EXPECT_EQ(scalar(file, "SELECT Count(*) FROM journal"), "2200");
+    EXPECT_EQ(scalar(file, "SELECT fldVersion FROM cavyuser"), ProgramVersionText());
+}
+
+TEST_F(Cli, AnotherProgramsFileIsRefusedAndNeverStamped)
+{
+    const QString file = path("recipes.cav");
+    rawSql(file, "CREATE TABLE tree (id INTEGER PRIMARY KEY, name TEXT); INSERT INTO tree (name) VALUES ('Oak')");
+    const QByteArray before = bytesOf(file);
+    for (const char* command : {"info", "check", "settings"}) {
+        const Result r = run({command, file});
+        EXPECT_EQ(r.code, 1) << command;
+        EXPECT_EQ(r.err, "Error 3343: '" + file + "' is a SQLite database of another program, not a Tessorin data file.\n");
+    }
+    EXPECT_EQ(bytesOf(file), before);
+}
+
+TEST_F(Cli, ADamagedFileIsRefusedAndCheckSaysWhatIsWrong)
+{
+    const QString file = path("damaged.cav");
+    ASSERT_EQ(run({"generate", file, "--animals", "300"}).code, 0);
+    ASSERT_EQ(sql(file, "DELETE FROM tree WHERE id > 20").code, 0);
+    {
+        QFile f(file); // the first page of the freelist points past the end of the file
+        ASSERT_TRUE(f.open(QIODevice::ReadWrite));
+        f.seek(32);
+        f.write(QByteArray::fromHex("000f4240"));
+    }
+    const QByteArray before = bytesOf(file);
+    const Result info = run({"info", file});
+    EXPECT_EQ(info.code, 1);
+    EXPECT_TRUE(info.err.startsWith("Error 3049: '" + file + "' is damaged and cannot be opened: ")) << info.err.toStdString();
+    EXPECT_EQ(info.err.count('\n'), 1);
+    const Result check = run({"check", file});
+    EXPECT_EQ(check.code, 1);
+    EXPECT_TRUE(check.err.contains("is damaged")) << check.err.toStdString();
+    EXPECT_EQ(bytesOf(file), before);
+}
+
+TEST_F(Cli, CheckRemovesForeignTriggersAndFailsLoudlyOnAStepThatFails)
+{
+    const QString file = newFile("mailed.cav");
+    sql(file, "INSERT INTO weights (name, weight) VALUES ('Ash', '2')");
+    rawSql(file, "CREATE TRIGGER wipe AFTER UPDATE ON tree BEGIN DELETE FROM weights; END;");
+    sql(file, "INSERT INTO tree (name) VALUES ('Ash')");
+    const Result refused = sql(file, "UPDATE tree SET colour = 'Agouti'");
+    EXPECT_EQ(refused.code, 1);
+    EXPECT_TRUE(refused.err.contains("trigger or view that Tessorin did not make")) << refused.err.toStdString();
+
+    const Result cleaned = run({"check", file});
+    EXPECT_EQ(cleaned.code, 0) << cleaned.err.toStdString();
+    EXPECT_EQ(cleaned.out, "removed\ttrigger wipe\n");
+    EXPECT_EQ(sql(file, "UPDATE tree SET colour = 'Agouti'").code, 0);
+    EXPECT_EQ(scalar(file, "SELECT Count(*) FROM weights"), "1");
+
+    // An index holding the name of a table the check must make: that step fails, and says so.
+    rawSql(file, "DROP TABLE shows; CREATE INDEX shows ON tree (name)");
+    const Result failed = run({"check", file, "--force"});
+    EXPECT_EQ(failed.code, 1);
+    EXPECT_TRUE(failed.err.startsWith("The integrity check of " + file + " met errors; they are listed in "))
+        << failed.err.toStdString();
+    EXPECT_EQ(failed.err.count('\n'), 1);
+}
+
+TEST_F(Cli, ReadCommandsWorkOnAFileThatCannotBeWritten)
+{
+    const QString file = path("shared/stud.cav");
+    QDir().mkpath(path("shared"));
+    ASSERT_EQ(run({"generate", file, "--animals", "40"}).code, 0);
+    const QByteArray before = bytesOf(file);
+    // Root may write anywhere: the commands run as nobody, as a second user of a shared folder would.
+    QString as;
+    if (geteuid() == 0) {
+        for (const QString& folder : {env.root(), path("shared")})
+            ::chmod(QFile::encodeName(folder).constData(), 0755);
+        ::chmod(QFile::encodeName(file).constData(), 0644);
+        as = "cd /; exec setpriv --reuid=65534 --regid=65534 --clear-groups env HOME=/nonexistent";
+    } else {
+        ::chmod(QFile::encodeName(file).constData(), 0444);
+        ::chmod(QFile::encodeName(path("shared")).constData(), 0555);
+        as = "exec";
+    }
+    const Result info = runShell(as, {"info", file});
+    EXPECT_EQ(info.code, 0) << info.err.toStdString();
+    EXPECT_TRUE(info.out.contains("\ntree\t40\n")) << info.out.toStdString();
+    const Result count = runShell(as, {"sql", file, "SELECT Count(*) AS n FROM tree WHERE sex = 'female'"});
+    EXPECT_EQ(count.code, 0) << count.err.toStdString();
+    const Result write = runShell(as, {"sql", file, "UPDATE tree SET coi = '1'"});
+    EXPECT_EQ(write.code, 1);
+    EXPECT_TRUE(write.err.startsWith("Error 3027: ")) << write.err.toStdString();
+    EXPECT_EQ(runShell(as, {"check", file}).code, 0); // nothing to do on a current file
+    ::chmod(QFile::encodeName(path("shared")).constData(), 0755);
+    EXPECT_EQ(bytesOf(file), before);
+    EXPECT_FALSE(QFile::exists(file + "-journal"));
+}
+
+TEST_F(Cli, SqlRefusesDeepNestingAndStopsAStatementThatRunsTooLong)
+{
+    const QString file = path("stud.cav");
+    ASSERT_EQ(run({"generate", file, "--animals", "400"}).code, 0);
+    // One argument of a command line holds at most 128 KiB: 20,000 calls fit.
+    const struct {
+        const char* open;
+        int depth;
+    } shapes[] = {{"(", 30000}, {"Abs(", 20000}};
+    for (const auto& shape : shapes) {
+        QString deep = QStringLiteral("SELECT ");
+        deep.append(QString::fromLatin1(shape.open).repeated(shape.depth));
+        deep.append(QLatin1Char('1'));
+        deep.append(QString(shape.depth, QLatin1Char(')')));
+        const Result r = sql(file, deep);
+        EXPECT_EQ(r.code, 1);
+        EXPECT_TRUE(r.err.startsWith("Error 3075: ")) << r.err.left(200).toStdString();
+        EXPECT_TRUE(r.err.contains("nests too deeply"));
+    }
+    const QString slow = "SELECT Count(*) FROM tree a, tree b, tree c, tree d";
+    QElapsedTimer timer;
+    timer.start();
+    const Result stopped = run({"sql", file, slow, "--time-limit", "1"});
+    EXPECT_EQ(stopped.code, 1);
+    EXPECT_EQ(stopped.err, "The statement ran longer than 1 s and was stopped; nothing of it was kept. Give "
+                           "--no-limit to let it run.\n");
+    EXPECT_LT(timer.elapsed(), 20000);
+}
+
+TEST_F(Cli, SettingsOfAFileWithoutItsSettingsRowFails)
+{
+    ASSERT_TRUE(CreateDataFile("bare.cav", env.root()));
+    const Result r = run({"settings", path("bare.cav")});
+    EXPECT_EQ(r.code, 1);
+    EXPECT_EQ(r.err, path("bare.cav") + " has no settings row; tessorin-cli check makes it\n");
+    EXPECT_EQ(r.out, "");
 }
 
 // --- species presets --------------------------------------------------------------------------------

@@ -20,7 +20,12 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QSettings>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSvgRenderer>
+#include <sqlite3.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace {
 
@@ -337,6 +342,95 @@ TEST_F(ChooserTest, DeletingAClosedFileTakesItAndItsDefaultAway)
     EXPECT_EQ(chooser->rows()[0].path, keep);
 }
 
+TEST_F(ChooserTest, DeletingTakesTheJournalAndTheRecentListSoANewFileOfThatNameStartsClean)
+{
+    const QString gone = makeDataFile(env.dataFolder(), QStringLiteral("Loft.cav"), QStringLiteral("Pigeon"), 3);
+    const QString journal = gone + QStringLiteral("-journal");
+    TestEnv::writeText(journal, QStringLiteral("pages of the deleted file"));
+    TestEnv::writeText(env.settingsFolder() + QStringLiteral("Loft.cav.txt"), QStringLiteral("Blue Bar\n"));
+    frmOpenFile* chooser = showList();
+
+    env.ui().queueAnswer(Ui::Answer::Yes);
+    trigger(chooser, 0, "mnuDelete");
+    EXPECT_FALSE(QFileInfo::exists(gone));
+    EXPECT_FALSE(QFileInfo::exists(journal));
+    EXPECT_FALSE(QFileInfo::exists(env.settingsFolder() + QStringLiteral("Loft.cav.txt")));
+}
+
+// A save cut short by a crash: the file holds half of a change and its journal the pages before it.
+void crashMidSave(const QString& path)
+{
+    const pid_t child = fork();
+    if (child == 0) {
+        sqlite3* db = nullptr;
+        sqlite3_open(path.toUtf8().constData(), &db);
+        sqlite3_exec(db, "BEGIN; DELETE FROM tree;", nullptr, nullptr, nullptr);
+        sqlite3_db_cacheflush(db); // the half change reaches the file, as a large save spills it
+        _exit(0); // no commit, no rollback: as if the power went
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+}
+
+TEST_F(ChooserTest, AFileLeftByACrashIsRecoveredBeforeItIsCounted)
+{
+    const QString file = makeDataFile(env.dataFolder(), QStringLiteral("Crashed.cav"), QStringLiteral("Goat"), 300);
+    crashMidSave(file);
+    ASSERT_TRUE(NeedsRecovery(file));
+
+    frmOpenFile* chooser = showList();
+    ASSERT_EQ(chooser->rows().size(), 1);
+    EXPECT_EQ(rowText(chooser, "lblRecords", 0), QStringLiteral("300 records"));
+    EXPECT_EQ(chooser->rows()[0].icon, Chooser::IconGoat);
+    EXPECT_FALSE(QFileInfo::exists(file + QStringLiteral("-journal")));
+}
+
+TEST_F(ChooserTest, CloseAfterOpenFromTheMainWindowGoesBackToTheOpenFile)
+{
+    const QString current = makeDataFile(env.dataFolder(), QStringLiteral("Rabbits.cav"), QStringLiteral("Rabbit"));
+    const QString broken = env.dataFolder() + QStringLiteral("Broken.cav");
+    TestEnv::writeText(broken, QStringLiteral("no data file"));
+    ASSERT_TRUE(OpenDataFile(current));
+    Chooser::SetLoadOrderPending(false);
+
+    frmOpenFile* chooser = showList();
+    ASSERT_EQ(chooser->rows().size(), 2);
+    EXPECT_FALSE(chooser->openRow(0, QStringLiteral("Error #IMC001"))); // Broken.cav
+    EXPECT_TRUE(gDatabase.isOpen());
+    EXPECT_EQ(gDatabaseFile, current);
+
+    chooser->findChild<QPushButton*>(QStringLiteral("cmdClose"))->click();
+    EXPECT_EQ(ends, 0);
+    EXPECT_EQ(mainWindows, 0);
+    EXPECT_TRUE(gDatabase.isOpen());
+    EXPECT_EQ(gDatabaseFile, current);
+}
+
+TEST_F(ChooserTest, HeadersStayOverTheirColumnsWhenTheListScrolls)
+{
+    for (int i = 0; i < 30; ++i)
+        makeDataFile(env.dataFolder(), QStringLiteral("Stud%1.cav").arg(i, 2, 10, QLatin1Char('0')), QStringLiteral("Cat"));
+    frmOpenFile* chooser = showList();
+    chooser->resize(700, 400);
+    QCoreApplication::processEvents();
+    auto* scroll = chooser->findChild<QScrollArea*>(QStringLiteral("scrFiles"));
+    ASSERT_TRUE(scroll->verticalScrollBar()->isVisible());
+    scroll->verticalScrollBar()->setValue(scroll->verticalScrollBar()->maximum());
+    QCoreApplication::processEvents();
+
+    const struct {
+        const char* header;
+        const char* column;
+    } columns[] = {{"lblHeaderModified", "lblModified(29)"}, {"lblHeaderRecords", "lblRecords(29)"}};
+    for (const auto& c : columns) {
+        auto* header = chooser->findChild<QLabel*>(QString::fromLatin1(c.header));
+        auto* cell = chooser->findChild<QLabel*>(QString::fromLatin1(c.column));
+        ASSERT_TRUE(header && cell) << c.header;
+        EXPECT_EQ(header->mapTo(chooser, QPoint(0, 0)).x(), cell->mapTo(chooser, QPoint(0, 0)).x()) << c.header;
+        EXPECT_TRUE(header->isVisible());
+    }
+}
+
 TEST_F(ChooserTest, RenameAppendsTheEndingAndNeverWritesOverAnotherFile)
 {
     const QString first = makeDataFile(env.dataFolder(), QStringLiteral("Old Name.cav"), QStringLiteral("Dog"));
@@ -353,10 +447,17 @@ TEST_F(ChooserTest, RenameAppendsTheEndingAndNeverWritesOverAnotherFile)
     EXPECT_EQ(dialogs()[1].text, kRenameError);
     EXPECT_EQ(Chooser::getRecordNumber(second), 4);
 
+    // Blanks become underscores as for a new file; the journal and the recent list go along.
+    TestEnv::writeText(first + QStringLiteral("-journal"), QString());
+    TestEnv::writeText(env.settingsFolder() + QStringLiteral("Old Name.cav.txt"), QStringLiteral("Rex\n"));
     env.ui().queueInput(QStringLiteral("Show Dogs"));
     trigger(chooser, 1, "mnuRename");
     EXPECT_FALSE(QFileInfo::exists(first));
-    EXPECT_TRUE(QFileInfo::exists(env.dataFolder() + QStringLiteral("Show Dogs.cav")));
+    EXPECT_FALSE(QFileInfo::exists(first + QStringLiteral("-journal")));
+    EXPECT_TRUE(QFileInfo::exists(env.dataFolder() + QStringLiteral("Show_Dogs.cav")));
+    EXPECT_TRUE(QFileInfo::exists(env.dataFolder() + QStringLiteral("Show_Dogs.cav-journal")));
+    EXPECT_EQ(TestEnv::readText(env.settingsFolder() + QStringLiteral("Show_Dogs.cav.txt")), QStringLiteral("Rex\n"));
+    EXPECT_FALSE(QFileInfo::exists(env.settingsFolder() + QStringLiteral("Old Name.cav.txt")));
     EXPECT_EQ(chooser->rows().size(), 2);
 }
 

@@ -16,6 +16,7 @@
 #include <QTextStream>
 #include <array>
 #include <filesystem>
+#include <fcntl.h>
 #include <pwd.h>
 #include <unistd.h>
 
@@ -60,7 +61,9 @@ constexpr std::array<const char*, IconCount> kIconFiles{
     "mouse.svg",   "parrot.svg",   "pig.svg",   "pigeon.svg",  "rabbit.svg",     "sheep.svg",
     "unreadable.svg"};
 
-// The chooser only looks: a file is opened read-only, so that listing never stamps or changes it.
+// Our own files are opened as OpenDataFile opens them, so that a journal left by a crash is rolled
+// back before counting, as it would be on any open; listing never stamps or changes them otherwise.
+// Another program's file, or one that cannot be written, is only read.
 Database openForReading(const QString& path)
 {
     const DataFileKind kind = ClassifyDataFile(path);
@@ -68,7 +71,8 @@ Database openForReading(const QString& path)
         throw JetError::fileNotFound(path);
     if (kind != DataFileKind::Tessorin && kind != DataFileKind::ForeignSqlite)
         throw JetError::unrecognizedFormat(path);
-    return Database::OpenDatabase(path, false, true, QStringLiteral(";pwd=") + kDatabasePassword);
+    const bool readOnly = kind == DataFileKind::ForeignSqlite || !WhyReadOnly(path).isEmpty();
+    return Database::OpenDatabase(path, false, readOnly, QStringLiteral(";pwd=") + kDatabasePassword);
 }
 
 QString samePath(const QString& path) { return QDir::cleanPath(QFileInfo(path).absoluteFilePath()); }
@@ -160,6 +164,7 @@ QVector<FileRow> findFilenames(const QString& folder, const QString& pattern, bo
         row.open = IsOpenDataFile(row.path);
         row.icon = getIcon(row.path);
         row.records = row.icon == IconUnreadable ? 0 : getRecordNumber(row.path);
+        row.needsRecovery = row.icon == IconUnreadable && NeedsRecovery(row.path);
         rows.append(row);
     }
     return rows;
@@ -239,6 +244,41 @@ QString NewDataFileName(const QString& answer)
     return name;
 }
 
+QString RecentListFile(const QString& dataFile)
+{
+    return gSettingsFolder + QFileInfo(dataFile).fileName() + QStringLiteral(".txt");
+}
+
+QString RenamedPath(const QString& path, const QString& answer)
+{
+    QString name = NewDataFileName(answer.trimmed());
+    if (name.endsWith(QLatin1String(".cav"), Qt::CaseInsensitive))
+        name.chop(4);
+    if (name.isEmpty() || name.contains(QLatin1Char('/')) || name == QLatin1String(".") || name == QLatin1String(".."))
+        return {};
+    return QFileInfo(path).absolutePath() + QLatin1Char('/') + name + QStringLiteral(".cav");
+}
+
+bool DeleteListedFile(const QString& path)
+{
+    if (!RemoveDataFile(path))
+        return false;
+    QFile::remove(RecentListFile(path));
+    return true;
+}
+
+bool RenameListedFile(const QString& path, const QString& target)
+{
+    if (target.isEmpty() || !RenameDataFile(path, target))
+        return false;
+    const QString list = RecentListFile(path);
+    if (QFileInfo::exists(list)) {
+        QFile::remove(RecentListFile(target)); // a list left by a deleted file of the new name
+        QFile::rename(list, RecentListFile(target));
+    }
+    return true;
+}
+
 QString CopyTargetFor(const QString& picked)
 {
     const QFileInfo info(picked);
@@ -312,11 +352,27 @@ bool CopyDataFile(const QString& source, const QString& target)
         return false;
     // A copy of a read-only file (from a disc or the install folder) must still take the user's records.
     QFile(part).setPermissions(QFile(part).permissions() | QFileDevice::WriteOwner);
+    // On the disk before it takes the name: a crash must not leave a named file with no contents.
+    {
+        QFile written(part);
+        if (!written.open(QIODevice::ReadWrite) || ::fsync(written.handle()) != 0) {
+            QFile::remove(part);
+            return false;
+        }
+    }
+    // A journal of the file being replaced would be rolled back into the copy on its next open.
+    for (const QString& companion : CompanionFiles(target))
+        QFile::remove(companion);
     std::error_code error;
     std::filesystem::rename(QFile::encodeName(part).toStdString(), QFile::encodeName(target).toStdString(), error);
     if (error) {
         QFile::remove(part);
         return false;
+    }
+    const QByteArray folder = QFile::encodeName(QFileInfo(target).absolutePath());
+    if (const int fd = ::open(folder.constData(), O_RDONLY | O_DIRECTORY); fd >= 0) {
+        ::fsync(fd); // the new name itself
+        ::close(fd);
     }
     return true;
 }

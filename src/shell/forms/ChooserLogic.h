@@ -46,6 +46,7 @@ struct FileRow {
     int icon = IconGeneral;
     bool systemFile = false; // found in the install folder
     bool open = false;       // the data file of the session: its row reads "FILE OPENED"
+    bool needsRecovery = false; // cut short by a crash and not readable here; opening it recovers it
 };
 
 // The icon of an animal word from the settings row; any word not in the groups gets the general one.
@@ -88,6 +89,16 @@ void SetLoadOrderPending(bool pending);
 
 // The name a new data file gets from the user's answer: blanks become underscores.
 QString NewDataFileName(const QString& answer);
+
+// The recent list kept for a data file: gSettingsFolder + its file name + ".txt".
+QString RecentListFile(const QString& dataFile);
+// The path a listed file is renamed to from the user's answer, in its own folder: blanks become
+// underscores as for a new file, and ".cav" ends it. "" when the answer names no file there.
+QString RenamedPath(const QString& path, const QString& answer);
+// Deletes a listed data file with its journal and its recent list; false when the file stays.
+bool DeleteListedFile(const QString& path);
+// Renames a listed data file with its journal and moves its recent list; false when it cannot.
+bool RenameListedFile(const QString& path, const QString& target);
 
 // Where a file picked outside the program's folders is copied: the data folder, as a ".cav".
 QString CopyTargetFor(const QString& picked);

@@ -25,6 +25,7 @@
 #include <QPushButton>
 #include <QRandomGenerator>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QSvgRenderer>
 #include <QVBoxLayout>
 
@@ -88,6 +89,38 @@ QString arrayName(const char* control, int index)
     return QString::fromLatin1(control) + QLatin1Char('(') + QString::number(index) + QLatin1Char(')');
 }
 
+// The column headers stand in the scroll area's top margin, so that they keep over their columns
+// whether or not a scroll bar takes room from the rows.
+class FileScrollArea : public QScrollArea {
+public:
+    using QScrollArea::QScrollArea;
+    using QScrollArea::setViewportMargins;
+};
+
+// The rows and the headers share these, so that each header stands over its column.
+constexpr int kRowSpacing = 6;
+constexpr int kIconWidth = 32;
+constexpr int kModifiedWidth = 140;
+constexpr int kRecordsWidth = 110;
+constexpr int kListMargin = 4;  // of the list inside the scroll area
+constexpr int kRowMargin = 4;   // of a row inside the list
+constexpr int kRowIndent = 2;
+
+// The file open behind the chooser stays open until another one has opened; if that one fails, the
+// first is opened again, so that closing the chooser goes back to it.
+bool openInPlaceOfCurrent(const QString& path)
+{
+    const QString previous = gDatabase.isOpen() ? gDatabaseFile : QString();
+    if (!previous.isEmpty())
+        CloseDatabase();
+    gDatabaseFile = path;
+    if (OpenDataFile(path))
+        return true;
+    if (!previous.isEmpty() && !OpenDataFile(previous))
+        gDatabaseFile = previous;
+    return false;
+}
+
 } // namespace
 
 frmOpenFile::frmOpenFile(QWidget* parent)
@@ -122,11 +155,20 @@ frmOpenFile::frmOpenFile(QWidget* parent)
     lblTip->installEventFilter(this);
     layout->addWidget(lblTip);
 
-    auto* header = new QWidget(this);
-    auto* headerLayout = new QHBoxLayout(header);
-    headerLayout->setContentsMargins(8, 4, 8, 0);
-    auto addHeader = [&](const QString& text, int width) {
-        auto* l = new QLabel(text, header);
+    auto* scroll = new FileScrollArea(this);
+    scrFiles = scroll;
+    scrFiles->setObjectName(QStringLiteral("scrFiles"));
+    scrFiles->setWidgetResizable(true);
+    scrFiles->setFrameShape(QFrame::StyledPanel);
+
+    fraHeader = new QWidget(scrFiles);
+    fraHeader->setObjectName(QStringLiteral("fraHeader"));
+    auto* headerLayout = new QHBoxLayout(fraHeader);
+    headerLayout->setContentsMargins(kListMargin + kRowMargin, 4, kListMargin + kRowMargin, 2);
+    headerLayout->setSpacing(kRowSpacing);
+    auto addHeader = [&](const char* name, const QString& text, int width) {
+        auto* l = new QLabel(text, fraHeader);
+        l->setObjectName(QString::fromLatin1(name));
         QFont f = l->font();
         f.setBold(true);
         l->setFont(f);
@@ -134,16 +176,12 @@ frmOpenFile::frmOpenFile(QWidget* parent)
             l->setFixedWidth(width);
         headerLayout->addWidget(l, width > 0 ? 0 : 1);
     };
-    addHeader(QString(), 36);
-    addHeader(QStringLiteral("Data file"), 0);
-    addHeader(QStringLiteral("Last modified"), 140);
-    addHeader(QStringLiteral("Records"), 110);
-    layout->addWidget(header);
+    addHeader("lblHeaderIcon", QString(), kRowIndent + kRowSpacing + kIconWidth);
+    addHeader("lblHeaderName", QStringLiteral("Data file"), 0);
+    addHeader("lblHeaderModified", QStringLiteral("Last modified"), kModifiedWidth);
+    addHeader("lblHeaderRecords", QStringLiteral("Records"), kRecordsWidth);
+    scroll->setViewportMargins(0, fraHeader->sizeHint().height(), 0, 0);
 
-    scrFiles = new QScrollArea(this);
-    scrFiles->setObjectName(QStringLiteral("scrFiles"));
-    scrFiles->setWidgetResizable(true);
-    scrFiles->setFrameShape(QFrame::StyledPanel);
     fraFiles = new QWidget;
     fraFiles->setObjectName(QStringLiteral("fraFiles"));
     fraFiles->setAutoFillBackground(true);
@@ -153,10 +191,13 @@ frmOpenFile::frmOpenFile(QWidget* parent)
     fraFiles->setStyleSheet(QStringLiteral("QFrame[fileRow=\"true\"] { border-radius: 4px; }"
                                            "QFrame[fileRow=\"true\"]:hover { background: #e3eefa; }"));
     fileLayout = new QVBoxLayout(fraFiles);
-    fileLayout->setContentsMargins(4, 4, 4, 4);
+    fileLayout->setContentsMargins(kListMargin, kListMargin, kListMargin, kListMargin);
     fileLayout->setSpacing(2);
     fileLayout->addStretch(1);
     scrFiles->setWidget(fraFiles);
+    fraFiles->installEventFilter(this);
+    scrFiles->viewport()->installEventFilter(this);
+    connect(scrFiles->horizontalScrollBar(), &QScrollBar::valueChanged, this, &frmOpenFile::placeHeader);
     layout->addWidget(scrFiles, 1);
 
     lblFileDisplayMessage = new QLabel(this);
@@ -231,6 +272,14 @@ frmOpenFile::~frmOpenFile()
 }
 
 frmOpenFile* frmOpenFile::instance() { return gChooser.data(); }
+
+void frmOpenFile::placeHeader()
+{
+    const QRect viewport = scrFiles->viewport()->geometry();
+    const int height = fraHeader->sizeHint().height();
+    fraHeader->setGeometry(viewport.x() - scrFiles->horizontalScrollBar()->value(), viewport.y() - height,
+                           std::max(fraFiles->width(), viewport.width()), height);
+}
 
 void frmOpenFile::setStatus(const QString& text)
 {
@@ -313,12 +362,13 @@ void frmOpenFile::addRow(const Chooser::FileRow& row)
                       (isDefault ? QStringLiteral("\nOpens at start (default data file)") : QString()));
     frame->setProperty("fileRow", true);
     auto* h = new QHBoxLayout(frame);
-    h->setContentsMargins(4, 3, 4, 3);
+    h->setContentsMargins(kRowMargin, 3, kRowMargin, 3);
+    h->setSpacing(kRowSpacing);
 
     auto* img = new QLabel(frame);
     img->setObjectName(arrayName("imgFolder", index));
-    img->setFixedSize(32, 32);
-    img->setPixmap(speciesPixmap(row.icon, 32));
+    img->setFixedSize(kIconWidth, kIconWidth);
+    img->setPixmap(speciesPixmap(row.icon, kIconWidth));
     auto* name = new QLabel(row.shownName, frame);
     name->setObjectName(arrayName("lblFolder", index));
     if (isDefault) {
@@ -328,16 +378,20 @@ void frmOpenFile::addRow(const Chooser::FileRow& row)
     }
     auto* modified = new QLabel(modifiedText(row.modified), frame);
     modified->setObjectName(arrayName("lblModified", index));
-    modified->setFixedWidth(140);
-    auto* records = new QLabel(row.open ? QStringLiteral("FILE OPENED")
-                                        : QString::number(row.records) + QStringLiteral(" records"),
+    modified->setFixedWidth(kModifiedWidth);
+    auto* records = new QLabel(row.open            ? QStringLiteral("FILE OPENED")
+                               : row.needsRecovery ? QStringLiteral("needs recovery")
+                                                   : QString::number(row.records) + QStringLiteral(" records"),
                                frame);
     records->setObjectName(arrayName("lblRecords", index));
-    records->setFixedWidth(110);
+    records->setFixedWidth(kRecordsWidth);
+    if (row.needsRecovery)
+        records->setToolTip(QStringLiteral("The last change to this file was cut short. Click to open it: "
+                                           "the unfinished change is undone and the file is whole again."));
     if (row.open)
         records->setStyleSheet(QStringLiteral("QLabel { color: #1b7a2f; font-weight: bold; }"));
 
-    h->addSpacing(2);
+    h->addSpacing(kRowIndent);
     h->addWidget(img);
     h->addWidget(name, 1);
     h->addWidget(modified);
@@ -352,6 +406,11 @@ void frmOpenFile::addRow(const Chooser::FileRow& row)
 
 bool frmOpenFile::eventFilter(QObject* watched, QEvent* event)
 {
+    if ((watched == fraFiles || watched == scrFiles->viewport()) &&
+        (event->type() == QEvent::Resize || event->type() == QEvent::Move)) {
+        placeHeader();
+        return QWidget::eventFilter(watched, event);
+    }
     if (watched == lblTip) {
         if (event->type() == QEvent::MouseButtonRelease)
             DisplayCurrentTip();
@@ -378,8 +437,7 @@ bool frmOpenFile::openRow(int index, const QString& errorTitle)
         return false;
     const QString path = m_rows.at(index).path;
     setStatus(kOpeningStatus);
-    gDatabaseFile = path;
-    if (OpenDataFile(path)) {
+    if (openInPlaceOfCurrent(path)) {
         handOver();
         return true;
     }
@@ -435,8 +493,7 @@ void frmOpenFile::FindDatabaseFile()
         return;
     if (file.endsWith(QLatin1String(".cav"), Qt::CaseInsensitive) && Chooser::InProgramFolder(file)) {
         setStatus(kOpeningStatus);
-        gDatabaseFile = file;
-        if (OpenDataFile(file)) {
+        if (openInPlaceOfCurrent(file)) {
             handOver();
             return;
         }
@@ -498,7 +555,7 @@ void frmOpenFile::mnuDelete_Click()
         return;
     // Linux would let the open file go from under its own connection, and its records with it.
     const bool open = row->open || Chooser::IsOpenDataFile(path);
-    if (open || !QFile::remove(path)) {
+    if (open || !Chooser::DeleteListedFile(path)) {
         Ui::message(QStringLiteral("This file may be currently opened or may have been installed with the original "
                                    "program.\nWindows Vista may not allow it to be deleted."),
                     Ui::Buttons::Ok, Ui::Icon::Exclamation, QStringLiteral("Delete Error"));
@@ -516,16 +573,13 @@ void frmOpenFile::mnuRename_Click()
         return;
     const QString path = row->path;
     const bool open = row->open || Chooser::IsOpenDataFile(path);
-    QString answer = Ui::input(QStringLiteral("Please enter a new name for this file?"), QStringLiteral("Rename File"),
-                               QFileInfo(path).completeBaseName());
-    answer = answer.trimmed();
-    if (answer.isEmpty())
+    const QString answer = Ui::input(QStringLiteral("Please enter a new name for this file?"),
+                                     QStringLiteral("Rename File"), QFileInfo(path).completeBaseName());
+    if (answer.trimmed().isEmpty())
         return;
-    if (answer.endsWith(QLatin1String(".cav"), Qt::CaseInsensitive))
-        answer.chop(4);
-    const QString target = QFileInfo(path).absolutePath() + QLatin1Char('/') + answer + QStringLiteral(".cav");
+    const QString target = Chooser::RenamedPath(path, answer);
     // The open file keeps its name: its connection, recent lists and log all go by the path.
-    if (open || answer.contains(QLatin1Char('/')) || !QFile::rename(path, target)) {
+    if (open || !Chooser::RenameListedFile(path, target)) {
         Ui::message(kRenameFailed, Ui::Buttons::Ok, Ui::Icon::Exclamation, QStringLiteral("Rename Error"));
         return;
     }
@@ -618,8 +672,10 @@ void CreateNewDatabase()
         return;
     }
     const QString fileName = name + QStringLiteral(".cav");
+    const QString previousFile = gDatabaseFile;
     gDatabaseFile = fileName;
     if (!CreateDataFile(fileName, QString())) {
+        gDatabaseFile = previousFile;
         // Not silent: the likely cause is a name already taken, and the user would otherwise be left
         // wondering why nothing happened.
         Ui::message(QStringLiteral("The data file ") + gDataFolder + fileName +
@@ -628,7 +684,9 @@ void CreateNewDatabase()
         return;
     }
     const QString path = gDataFolder + fileName;
-    if (!OpenDataFile(path)) {
+    if (!openInPlaceOfCurrent(path)) {
+        // Half made (a full disk): it goes with its journal, so the name can be used again.
+        RemoveDataFile(path);
         Ui::message(QStringLiteral("Error opening ") + path, Ui::Buttons::Ok, Ui::Icon::Exclamation,
                     QStringLiteral("Error"));
         return;

@@ -66,6 +66,7 @@ private:
     void addSection(const QString& heading, const QString& tip, const QVector<Chooser::FileRow>& rows);
     void addRow(const Chooser::FileRow& row);
     void setStatus(const QString& text);
+    void placeHeader();
     void getMainInfo();
     const Chooser::FileRow* menuRow() const;
 
@@ -79,6 +80,7 @@ private:
     QLabel* lblMainInfo = nullptr;
     QLabel* lblLink = nullptr;
     QScrollArea* scrFiles = nullptr;
+    QWidget* fraHeader = nullptr;
     QWidget* fraFiles = nullptr;
     QVBoxLayout* fileLayout = nullptr;
     QPushButton* cmdBrowse = nullptr;

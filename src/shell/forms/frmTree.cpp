@@ -784,8 +784,8 @@ void frmTree::mnuOpen_Click()
 {
     if (gDatabase.isOpen())
         WriteRecentFile();
-    // The file is closed before the chooser shows, not after: the chooser may open the next file at once.
-    CloseDatabase();
+    // The file stays open behind the chooser: its Close goes back to it, and it closes the file itself
+    // when another one opens.
     ShowChooser();
 }
 
