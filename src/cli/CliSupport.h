@@ -3,12 +3,14 @@
 #pragma once
 
 #include "cli/Commands.h"
+#include "shell/Ui.h"
 #include "store/Database.h"
 
 #include <QHash>
 #include <QString>
 #include <QStringList>
 #include <QTextStream>
+#include <cstdio>
 
 // A failure that ends the command with a message; the code says whose fault it was.
 struct CliFailure {
@@ -79,6 +81,30 @@ private:
     QHash<QString, QString> m_values;
 };
 
+
+// The dialog service of the command line: a message goes to stderr as "title: text", a question
+// takes its first answer, and what would need a person (files, input) is cancelled.
+class StderrUi : public Ui::Service {
+public:
+    Ui::Answer message(const QString& text, Ui::Buttons buttons, Ui::Icon, const QString& title) override
+    {
+        QTextStream err(stderr);
+        err << (title.isEmpty() ? QString() : title + QStringLiteral(": ")) << EscapeField(text) << '\n';
+        switch (buttons) {
+        case Ui::Buttons::YesNo:
+        case Ui::Buttons::YesNoCancel: return Ui::Answer::Yes;
+        case Ui::Buttons::RetryCancel: return Ui::Answer::Retry;
+        case Ui::Buttons::AbortRetryIgnore: return Ui::Answer::Abort;
+        default: return Ui::Answer::Ok;
+        }
+    }
+    QString input(const QString&, const QString&, const QString&) override { return QString(); }
+    QString openFile(const QString&, const QString&, const QString&) override { return QString(); }
+    QString saveFile(const QString&, const QString&, const QString&, const QString&) override { return QString(); }
+    QString chooseFolder(const QString&, const QString&) override { return QString(); }
+    void showPath(const QString&) override {}
+    void status(const QString&) override {}
+};
 
 // Opens an existing data file for a command, as the program opens it; fails with one line when it
 // cannot.

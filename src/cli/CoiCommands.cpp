@@ -15,29 +15,6 @@
 
 namespace {
 
-// The program's messages go to stderr; questions get their first button.
-class StderrUi : public Ui::Service {
-public:
-    Ui::Answer message(const QString& text, Ui::Buttons buttons, Ui::Icon, const QString& title) override
-    {
-        QTextStream err(stderr);
-        err << (title.isEmpty() ? QString() : title + QStringLiteral(": ")) << EscapeField(text) << '\n';
-        switch (buttons) {
-        case Ui::Buttons::YesNo:
-        case Ui::Buttons::YesNoCancel: return Ui::Answer::Yes;
-        case Ui::Buttons::RetryCancel: return Ui::Answer::Retry;
-        case Ui::Buttons::AbortRetryIgnore: return Ui::Answer::Abort;
-        default: return Ui::Answer::Ok;
-        }
-    }
-    QString input(const QString&, const QString&, const QString&) override { return QString(); }
-    QString openFile(const QString&, const QString&, const QString&) override { return QString(); }
-    QString saveFile(const QString&, const QString&, const QString&, const QString&) override { return QString(); }
-    QString chooseFolder(const QString&, const QString&) override { return QString(); }
-    void showPath(const QString&) override {}
-    void status(const QString&) override {}
-};
-
 // Rows as the calculator's list receives them, printed as they come; a bulk run's row once its
 // coefficient is known, or as it stands when the run ends early.
 class PrintingView : public CoefficientView {
@@ -104,10 +81,12 @@ int cmdCoi(const CommandLine& cl, QTextStream& out)
     try {
         ReadUserSettings();
         if (all || mine) {
-            const bool completed = UpdateCoefficients(Calculator::BulkQuery(mine), view);
+            QString stopped;
+            const bool completed = UpdateCoefficients(Calculator::BulkQuery(mine), view, &stopped);
             view.flushPending();
-            if (completed)
-                out << "Operation completed\n";
+            if (!completed)
+                fail(QStringLiteral("Update All stopped before the end: ") + stopped);
+            out << "Operation completed\n";
         } else {
             const QString male = mating ? cl.value(QStringLiteral("sire")) : QString();
             const QString female = mating ? cl.value(QStringLiteral("dam")) : QString();

@@ -226,11 +226,16 @@ ArraySide SideOfPosition(int position)
 
 namespace {
 
-inline char16_t engineFold(char16_t c)
+// One letter as the engine's NOCASE sees it (it folds case for every letter, one letter for one), with
+// the apostrophe in its stored form.
+inline char32_t engineFold(char16_t c)
 {
-    if (c >= u'A' && c <= u'Z')
-        return char16_t(c + (u'a' - u'A'));
-    return c == u'\'' ? u'$' : c;
+    if (c < 0x80) {
+        if (c >= u'A' && c <= u'Z')
+            return char16_t(c + (u'a' - u'A'));
+        return c == u'\'' ? u'$' : c;
+    }
+    return QChar::toCaseFolded(char32_t(c));
 }
 
 } // namespace
@@ -343,7 +348,7 @@ void SaveCoefficient(const QString& name, double value)
     const double percentage = RoundEven(value * 100, 2);
     if (gBulk && !BulkCoefficients::takesFilesWay(name))
         gBulk->save(name, percentage);
-    else
+    else if (!gDatabase.isReadOnly()) // a file opened for reading shows the value and keeps its own
         writeCoefficient(name, NumberText(percentage));
 }
 
@@ -526,7 +531,8 @@ private:
 // How long others may see the file behind the run's values, while it yields.
 constexpr qint64 kFlushMilliseconds = 250;
 
-bool runUpdate(const QString& sql, CoefficientView& view)
+// Why the run ended before its last record; "" when it completed.
+QString runUpdate(const QString& sql, CoefficientView& view)
 {
     ClearCoefficients();
     ParentTable parents;
@@ -538,11 +544,9 @@ bool runUpdate(const QString& sql, CoefficientView& view)
 
     Recordset rs = gDatabase.OpenRecordset(sql);
     if (rs.Eof())
-        return false; // moving to the last of no records fails
+        return QStringLiteral("There are no records to calculate.");
     rs.MoveLast();
-    const int count = rs.RecordCount();
-    if (count > 32767)
-        return false; // the count is a 16-bit number
+    const qint64 count = rs.RecordCount();
     rs.MoveFirst();
     const int nameColumn = rs.FieldIndex(QStringLiteral("name"));
     const int fatherColumn = rs.FieldIndex(QStringLiteral("PS"));
@@ -550,22 +554,23 @@ bool runUpdate(const QString& sql, CoefficientView& view)
     const int breedColumn = rs.FieldIndex(QStringLiteral("Breed"));
     const int sexColumn = rs.FieldIndex(QStringLiteral("Sex"));
     if (nameColumn < 0 || fatherColumn < 0 || motherColumn < 0 || breedColumn < 0 || sexColumn < 0)
-        return false;
+        return QStringLiteral("The records lack a name, parent, breed or sex column.");
 
-    int done = 0;
+    qint64 done = 0;
     for (; !rs.Eof(); rs.MoveNext()) {
         const QVariant name = rs.Fields(nameColumn);
         if (isNull(name))
-            return false;
+            return QStringLiteral("A record has no name.");
         view.addRecordRow(DecodeText(name.toString()), rs.Fields(breedColumn).toString(),
                           SexWordOrUndefined(rs.Fields(sexColumn).toString()));
         const QVariant father = rs.Fields(fatherColumn);
         const QVariant mother = rs.Fields(motherColumn);
         if (isNull(father) || isNull(mother))
-            return false;
+            return DecodeText(name.toString()) + QStringLiteral(" has no ") +
+                   (isNull(father) ? gUser.Father : gUser.Mother) + QStringLiteral(" field (it is Null).");
         qint16 generations = 0;
         if (!ToInteger16(view.generationsText(), &generations))
-            return false;
+            return QStringLiteral("The number of generations is not a whole number.");
         const double f = CalculateCoefficient(name.toString(), father.toString(), mother.toString(), generations, true,
                                               false, parents, store, &view);
         view.setRecordCoefficient(BulkCoefficientText(f));
@@ -577,27 +582,36 @@ bool runUpdate(const QString& sql, CoefficientView& view)
         }
         QCoreApplication::processEvents();
         if (!gDatabase.isOpen())
-            return false;
+            return QStringLiteral("The data file was closed.");
     }
     view.progress(1.0, QStringLiteral("Operation completed"));
-    return true;
+    return {};
 }
 
 } // namespace
 
-bool UpdateCoefficients(const QString& sql, CoefficientView& view)
+bool UpdateCoefficients(const QString& sql, CoefficientView& view, QString* stopped)
 {
-    try {
-        Transaction transaction(gDatabase);
-        bool completed = false;
+    QString why;
+    if (gDatabase.isReadOnly()) {
+        why = QStringLiteral("The data file can only be read: no coefficient was stored.");
+    } else {
         try {
-            completed = runUpdate(sql, view);
-        } catch (const JetError&) {
+            Transaction transaction(gDatabase);
+            try {
+                why = runUpdate(sql, view);
+            } catch (const JetError& e) {
+                why = QString::number(e.number()) + QStringLiteral(" - ") + e.description();
+            }
+            // What was done stays, also when the run ended early.
+            transaction.commit();
+        } catch (const JetError& e) {
+            why = QString::number(e.number()) + QStringLiteral(" - ") + e.description();
         }
-        // What was done stays, also when the run ended early.
-        transaction.commit();
-        return completed;
-    } catch (const JetError&) {
-        return false;
     }
+    if (!why.isEmpty())
+        LogError(QStringLiteral("Update All stopped: ") + why);
+    if (stopped)
+        *stopped = why;
+    return why.isEmpty();
 }

@@ -158,11 +158,11 @@ void ClearCoefficients();
 
 // The bulk run over the records that sql selects, in its order: clears every COI first, then works out
 // and stores each record's coefficient with the generations the view reads, yielding to the event loop
-// after each record. Ends silently at a record whose name, PS or PD is Null, or when the selection holds
-// more records than a 16-bit count. Returns true when it reached "Operation completed". The run is one
-// transaction: a process killed during it leaves the file as it was before. Parents are read once at
-// the start: the run expects no edits of the records while it works.
-bool UpdateCoefficients(const QString& sql, CoefficientView& view);
+// after each record. Ends at a record whose name, PS or PD is Null, on an error of the file, and at once
+// on a file opened for reading; stopped then says why (it is also logged). Returns true when it
+// reached "Operation completed". The run is one transaction: a process killed during it leaves the
+// file as it was before. Parents are read once at the start: the run expects no edits while it works.
+bool UpdateCoefficients(const QString& sql, CoefficientView& view, QString* stopped = nullptr);
 
 // "COI: 12.5%" for the record page; works out (and stores) the coefficient over 6 generations.
 QString CoefficientCaption(const QString& name);

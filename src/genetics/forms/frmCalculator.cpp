@@ -277,13 +277,17 @@ void frmCalculator::calculateCOI(bool currentStockOnly)
     running = true;
     lastProgress.clear();
     sincePaint.start();
-    UpdateCoefficients(Calculator::BulkQuery(currentStockOnly), *this);
+    QString stopped;
+    const bool completed = UpdateCoefficients(Calculator::BulkQuery(currentStockOnly), *this, &stopped);
     showPendingRows();
     running = false;
     lastRecordRow = nullptr;
     sortOrder = Qt::DescendingOrder;
     lstCoefficient->sortItems(3, sortOrder);
     resetbuttons();
+    if (!completed)
+        Ui::message(QStringLiteral("The coefficients were not all worked out.\n") + stopped, Ui::Buttons::Ok,
+                    Ui::Icon::Exclamation, QStringLiteral("Update Database"));
 }
 
 void frmCalculator::cmdCalculateAllCOI_Click() { calculateCOI(false); }
