@@ -6,6 +6,7 @@
 #include "shell/OpenDataFile.h"
 #include "shell/RecentList.h"
 #include "shell/forms/Shell.h"
+#include "shell/forms/frmNewUser.h"
 #include "shell/forms/frmTree.h"
 #include "shell/globals.h"
 #include "store/DataFile.h"
@@ -13,12 +14,14 @@
 #include <QAction>
 #include <QApplication>
 #include <QDir>
+#include <QEventLoop>
 #include <QFileInfo>
 #include <QLabel>
 #include <QMenu>
 #include <QPointer>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTimer>
 #include <gtest/gtest.h>
 #include <memory>
 
@@ -197,6 +200,7 @@ TEST_F(MainWindowTest, ReloadingForAnotherFileKeepsTheProgramAndWritesTheRecentL
     AddRecent(QStringLiteral("Peter"));
 
     ShowMainWindow();
+    QCoreApplication::processEvents(); // the old window goes once the command that asked has returned
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_TRUE(first.isNull());
     ASSERT_NE(MainWindow(), nullptr);
@@ -239,4 +243,41 @@ TEST_F(MainWindowTest, TheLogMenuOpensALogOrSaysThereIsNone)
 
     action(&window, QStringLiteral("mnuDeleteLog"))->trigger();
     EXPECT_FALSE(QFileInfo::exists(SaveLogPath()));
+}
+
+TEST_F(MainWindowTest, DatabaseNewFromTheMenuReplacesTheWindowOnlyAfterTheCommandHasReturned)
+{
+    openRabbits();
+    ShowMainWindow();
+    AddRecent(QStringLiteral("Peter"));
+    QPointer<frmTree> old = MainWindow();
+    env.ui().queueInput(QStringLiteral("Hares"));
+
+    // Run as a click is: from the event loop, with the window's own menu entry on the stack.
+    bool aliveWhenTheCommandReturned = false;
+    QEventLoop loop;
+    QTimer::singleShot(0, old, [&] {
+        old->findChild<QAction*>(QStringLiteral("mnuNewDatabase"))->trigger();
+        aliveWhenTheCommandReturned = !old.isNull();
+        loop.quit();
+    });
+    loop.exec();
+    EXPECT_TRUE(aliveWhenTheCommandReturned);
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+
+    EXPECT_TRUE(old.isNull());
+    ASSERT_NE(MainWindow(), nullptr);
+    EXPECT_EQ(MainWindow()->windowTitle(), QStringLiteral("Tessorin - Hares.cav"));
+    EXPECT_TRUE(MainWindow()->isVisible());
+    // The list of the file left behind was written before the new file's took its place.
+    EXPECT_TRUE(TestEnv::readText(env.settingsFolder() + QStringLiteral("Rabbits.cav.txt"))
+                    .startsWith(QStringLiteral("Peter\n")));
+    // The wizard for the new file stands on the new window, which waits for it.
+    frmNewUser* wizard = SetupWizardWindow();
+    ASSERT_NE(wizard, nullptr);
+    EXPECT_EQ(wizard->parentWidget(), MainWindow());
+    EXPECT_TRUE(wizard->isVisible());
+    EXPECT_TRUE(wizard->isWindow());
+    delete wizard;
 }
