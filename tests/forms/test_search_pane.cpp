@@ -531,3 +531,27 @@ TEST_F(SearchPaneTest, AfterADeleteTheNextAnimalOfTheListBecomesCurrentWhereverT
     EXPECT_EQ(gAnimal.name, QStringLiteral("Bramble"));
     EXPECT_EQ(list->currentRow(), 1);
 }
+
+TEST_F(SearchPaneTest, TheWindowFitsAnEightHundredBySixHundredScreenWithThePaneWhole)
+{
+    frmTree window;
+    window.show();
+    // A title bar and the desktop's panel take some of the 600 lines.
+    EXPECT_LE(window.minimumSizeHint().width(), 800);
+    EXPECT_LE(window.minimumSizeHint().height(), 540);
+    window.setWindowState(Qt::WindowNoState);
+    window.resize(800, 540);
+    QApplication::processEvents();
+    ASSERT_EQ(window.size(), QSize(800, 540));
+    for (const char* name : {"imgPin", "lblRecent", "cmdReset", "cmdAdvanced", "cboBreed", "searchList", "lblLetter(26)"}) {
+        auto* widget = child<QWidget>(&window, QString::fromLatin1(name));
+        const QRect inWindow(widget->mapTo(&window, QPoint(0, 0)), widget->size());
+        EXPECT_TRUE(window.rect().contains(inWindow)) << name;
+        EXPECT_TRUE(widget->isVisible()) << name;
+    }
+    // The widest page scrolls within its tab instead of widening the window.
+    window.SelectTab(QStringLiteral("Family Tree"));
+    QApplication::processEvents();
+    EXPECT_EQ(window.size(), QSize(800, 540));
+    window.Unload();
+}

@@ -39,6 +39,7 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QScreen>
+#include <QScrollArea>
 #include <QSet>
 #include <QStyle>
 #include <QTabBar>
@@ -285,8 +286,12 @@ frmTree::frmTree(QWidget* parent) : QMainWindow(parent)
 
     const QRect screen = QGuiApplication::primaryScreen() ? QGuiApplication::primaryScreen()->availableGeometry()
                                                           : QRect(0, 0, 1280, 1024);
-    resize(qMin(1100, screen.width()), qMin(760, screen.height()));
+    const QSize preferred(1100, 760);
+    resize(preferred.boundedTo(screen.size()));
     move(screen.center() - rect().center());
+    // On a small screen the window takes the whole of it, title bar and edges included.
+    if (screen.width() < preferred.width() || screen.height() < preferred.height())
+        setWindowState(windowState() | Qt::WindowMaximized);
     SelectTab(QStringLiteral("Individual"));
     if (!pane->pinned())
         HideSearch();
@@ -464,7 +469,14 @@ void frmTree::buildPages()
         QWidget* content = pageContent(tab.key, page);
         if (content) {
             pageLayout->setContentsMargins(0, 0, 0, 0);
-            pageLayout->addWidget(content);
+            // A page wider than the room beside the search pane scrolls, rather than push the window
+            // past a small screen's edge and the pane with it.
+            auto* scroller = new QScrollArea(page);
+            scroller->setObjectName(QStringLiteral("scr") + pageName(tab.key));
+            scroller->setFrameShape(QFrame::NoFrame);
+            scroller->setWidgetResizable(true);
+            scroller->setWidget(content);
+            pageLayout->addWidget(scroller);
         }
         auto* placeholder = new QLabel(page);
         placeholder->setObjectName(QStringLiteral("lblPageTitle(") + QString::number(i) + QLatin1Char(')'));
