@@ -332,7 +332,10 @@ TEST_F(MainWindowTest, AReadOnlyFileSaysSoInTheTitleAndLeavesEveryWritingCommand
     // The settings can be looked at, not saved.
     action(&window, QStringLiteral("mnuUser"))->trigger();
     ASSERT_NE(SetupWizardWindow(), nullptr);
-    EXPECT_FALSE(SetupWizardWindow()->findChild<QPushButton*>(QStringLiteral("cmdSave"))->isEnabled());
+    for (const char* button : {"cmdSave", "cmdClearCustom"})
+        EXPECT_FALSE(SetupWizardWindow()->findChild<QPushButton*>(QString::fromLatin1(button))->isEnabled()) << button;
+    EXPECT_FALSE(SetupWizardWindow()->ClearCustomFields());
+    EXPECT_TRUE(env.ui().calls().isEmpty());
     delete SetupWizardWindow();
 }
 

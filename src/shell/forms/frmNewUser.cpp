@@ -563,6 +563,10 @@ void frmNewUser::buildCustom()
     auto* cmdClearCustom = new QPushButton(u"Clear Custom Fields"_s);
     cmdClearCustom->setObjectName(u"cmdClearCustom"_s);
     connect(cmdClearCustom, &QPushButton::clicked, this, &frmNewUser::cmdClearCustom_Click);
+    if (gDatabase.isReadOnly()) {
+        cmdClearCustom->setEnabled(false);
+        cmdClearCustom->setToolTip(u"The data file is open read-only."_s);
+    }
     layout->addWidget(cmdClearCustom, 0, Qt::AlignLeft);
     layout->addStretch();
     frames->addWidget(box);
@@ -831,6 +835,9 @@ void frmNewUser::AssignAnimal()
 
 bool frmNewUser::ClearCustomFields()
 {
+    // Clearing remakes columns of the file at once, before any save.
+    if (gDatabase.isReadOnly())
+        return false;
     const QString animal = gUser.Animal.isEmpty() ? cboAnimal->currentText() : gUser.Animal;
     if (Ui::message(u"Are you sure you want to clear custom field names for "_s + animal +
                         u" that you have saved previously?"_s,
