@@ -35,6 +35,17 @@ QString valueText(const QVariant& v)
     return v.toString();
 }
 
+// The right side of "column = ...": a date typed or picked in the short form of the file is compared as
+// the date it stands for, since the column holds dates, not their text; any other value as text.
+QString equalsValue(const QString& column, const QString& value)
+{
+    if (column.compare(QLatin1String("DOB"), Qt::CaseInsensitive) == 0) {
+        if (const std::optional<QDateTime> date = ParseDateText(value))
+            return QLatin1Char('#') + FormatSqlDate(date->date()) + QLatin1Char('#');
+    }
+    return QLatin1Char('\'') + EncodeText(value) + QLatin1Char('\'');
+}
+
 QString customTitle(int i)
 {
     QString t = gUser.CustomName[size_t(i)];
@@ -105,7 +116,8 @@ QString SearchStatement(const QString& field1, const QString& value1, const QStr
     } else if (value1 == QLatin1String("Deceased Stock")) {
         where = QStringLiteral("WHERE deceased = true");
     } else if (!value1.isEmpty()) {
-        where = QStringLiteral("WHERE ") + GetColumnName(field1) + QStringLiteral(" = '") + value1 + QLatin1Char('\'');
+        const QString column = GetColumnName(field1);
+        where = QStringLiteral("WHERE ") + column + QStringLiteral(" = ") + equalsValue(column, value1);
     } else {
         where = QStringLiteral("ORDER BY name");
     }
@@ -113,8 +125,8 @@ QString SearchStatement(const QString& field1, const QString& value1, const QStr
     if (!value2.isEmpty()) {
         const QString column = GetColumnName(field2);
         // The two blanks behind LIKE are part of the statement as it has always been built.
-        const QString test = contains ? QString(column + QStringLiteral(" LIKE  '*") + value2 + QStringLiteral("*'"))
-                                      : QString(column + QStringLiteral(" = '") + value2 + QLatin1Char('\''));
+        const QString test = contains ? QString(column + QStringLiteral(" LIKE  '*") + EncodeText(value2) + QStringLiteral("*'"))
+                                      : QString(column + QStringLiteral(" = ") + equalsValue(column, value2));
         where = where.isEmpty() ? QString(QStringLiteral(" WHERE ") + test) : QString(where + QStringLiteral(" AND ") + test);
     }
     if (!currentOnly)
@@ -462,8 +474,10 @@ void SearchPanel::cboBreed_Click()
         optCurrentStock = false;
     if (cboSearch == QLatin1String("Title")) {
         FillTitleList(searchList);
-    } else {
-        FillSearchList(searchList, cboSearch, cboBreed, cboSearch2, cboBreed2, optCurrentStock, optContains1);
+    } else if (!FillSearchList(searchList, cboSearch, cboBreed, cboSearch2, cboBreed2, optCurrentStock,
+                               optContains1)) {
+        // The list stays as it was, and so do the count and the sentence that describe it.
+        return;
     }
     ShowResultsCount();
 }

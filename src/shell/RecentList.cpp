@@ -8,6 +8,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QSaveFile>
 #include <QTextStream>
 #include <exception>
 
@@ -74,15 +75,20 @@ void ShowRecentList()
 
 void WriteRecentFile()
 {
-    QFile file(RecentFilePath());
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text)) {
-        LogError(QStringLiteral("Write Recent file error  - ") + file.errorString());
-        return;
-    }
+    // Written beside and then put in place, so that a full disk leaves the last list as it was rather
+    // than a cut one.
+    QSaveFile file(RecentFilePath());
     QByteArray text;
     for (const QString& n : gRecentNames)
         text += n.toUtf8() + '\n';
-    if (file.write(text) != text.size() || !file.flush())
+    // Unbuffered, so that a short write shows in write()'s count: the commit does not notice one.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Text | QIODevice::Unbuffered) ||
+        file.write(text) != text.size()) {
+        LogError(QStringLiteral("Write Recent file error  - ") + file.errorString());
+        file.cancelWriting();
+        return;
+    }
+    if (!file.commit())
         LogError(QStringLiteral("Write Recent file error  - ") + file.errorString());
 }
 

@@ -94,9 +94,19 @@ QString chooseFolder(const QString& title, const QString& folder)
     return service().chooseFolder(title, folder);
 }
 
-void showPath(const QString& pathOrUrl)
+bool showPath(const QString& pathOrUrl)
 {
-    service().showPath(pathOrUrl);
+    return service().openPath(pathOrUrl);
+}
+
+bool showPathOrSay(const QString& pathOrUrl)
+{
+    if (showPath(pathOrUrl))
+        return true;
+    message(QStringLiteral("No program on this computer is set to open\n") + pathOrUrl +
+                QStringLiteral("\nOpen it from your file manager instead."),
+            Buttons::Ok, Icon::Exclamation, QStringLiteral("Error"));
+    return false;
 }
 
 void status(const QString& text)

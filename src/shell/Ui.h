@@ -24,6 +24,13 @@ public:
     virtual QString saveFile(const QString& title, const QString& filter, const QString& folder,
                              const QString& defaultName) = 0;
     virtual QString chooseFolder(const QString& title, const QString& folder) = 0;
+    // Opens a folder, file or page with the desktop's program for it; false when the desktop has none.
+    virtual bool openPath(const QString& pathOrUrl)
+    {
+        showPath(pathOrUrl);
+        return true;
+    }
+    // What a service that cannot tell whether the desktop opened the path implements instead.
     virtual void showPath(const QString& pathOrUrl) = 0;
     // A status line such as the chooser's label; "" clears it.
     virtual void status(const QString& text) = 0;
@@ -43,7 +50,10 @@ QString openFile(const QString& title, const QString& filter, const QString& fol
 QString saveFile(const QString& title, const QString& filter, const QString& folder = QString(),
                  const QString& defaultName = QString());
 QString chooseFolder(const QString& title, const QString& folder = QString());
-void showPath(const QString& pathOrUrl);
+// False when the desktop has no program to open the path.
+bool showPath(const QString& pathOrUrl);
+// Opens the path, or tells the user, naming it, that nothing on the computer could open it.
+bool showPathOrSay(const QString& pathOrUrl);
 void status(const QString& text);
 
 // "Data files (*.cav)|*.cav|All files (*.*)|*.*" -> "Data files (*.cav);;All files (*)"

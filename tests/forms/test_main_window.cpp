@@ -6,19 +6,27 @@
 #include "shell/OpenDataFile.h"
 #include "shell/RecentList.h"
 #include "shell/forms/Shell.h"
+#include "shell/forms/frmNewUser.h"
 #include "shell/forms/frmTree.h"
 #include "shell/globals.h"
+#include "records/forms/SearchPane.h"
+#include "shell/Folders.h"
 #include "store/DataFile.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QDir>
+#include <QEventLoop>
 #include <QFileInfo>
+#include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QMenu>
 #include <QPointer>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTimer>
 #include <gtest/gtest.h>
 #include <memory>
 
@@ -197,6 +205,7 @@ TEST_F(MainWindowTest, ReloadingForAnotherFileKeepsTheProgramAndWritesTheRecentL
     AddRecent(QStringLiteral("Peter"));
 
     ShowMainWindow();
+    QCoreApplication::processEvents(); // the old window goes once the command that asked has returned
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_TRUE(first.isNull());
     ASSERT_NE(MainWindow(), nullptr);
@@ -237,6 +246,159 @@ TEST_F(MainWindowTest, TheLogMenuOpensALogOrSaysThereIsNone)
     EXPECT_EQ(env.ui().calls()[0].kind, ScriptedUi::Kind::ShowPath);
     EXPECT_EQ(env.ui().calls()[0].text, SaveLogPath());
 
+    // Deleting asks first, as every delete does.
+    env.ui().clear();
+    env.ui().queueAnswer(Ui::Answer::No);
+    action(&window, QStringLiteral("mnuDeleteLog"))->trigger();
+    ASSERT_EQ(env.ui().calls().size(), 1);
+    EXPECT_EQ(env.ui().calls()[0].title, QStringLiteral("Delete Save Log?"));
+    EXPECT_EQ(env.ui().calls()[0].buttons, Ui::Buttons::YesNo);
+    EXPECT_EQ(env.ui().calls()[0].text,
+              QStringLiteral("Are you sure you want to permanently delete the save log?\n") + SaveLogPath());
+    EXPECT_TRUE(QFileInfo::exists(SaveLogPath()));
+    env.ui().queueAnswer(Ui::Answer::Yes);
     action(&window, QStringLiteral("mnuDeleteLog"))->trigger();
     EXPECT_FALSE(QFileInfo::exists(SaveLogPath()));
+}
+
+TEST_F(MainWindowTest, AFolderOrLogThatTheDesktopCannotOpenIsNamedInAMessage)
+{
+    openRabbits();
+    LogSave(QStringLiteral("Save Weight: Flopsy"));
+    frmTree window;
+    LogError(QStringLiteral("Search Error 3075 - Syntax error")); // the window's load empties the error log
+    const QList<QPair<QString, QString>> entries = {{QStringLiteral("mnuPersonal_folder"), gDataFolder},
+                                                    {QStringLiteral("mnuMyPics"), PicturesFolder()},
+                                                    {QStringLiteral("mnuViewLog"), SaveLogPath()},
+                                                    {QStringLiteral("mnuOpenError"), ErrorLogPath()}};
+    for (const auto& [name, path] : entries) {
+        env.ui().clear();
+        env.ui().queuePathFails();
+        action(&window, name)->trigger();
+        ASSERT_EQ(env.ui().calls().size(), 2) << name.toStdString();
+        EXPECT_EQ(env.ui().calls()[0].text, path);
+        EXPECT_EQ(env.ui().calls()[1].title, QStringLiteral("Error"));
+        EXPECT_TRUE(env.ui().calls()[1].text.contains(path)) << env.ui().calls()[1].text.toStdString();
+    }
+}
+
+TEST_F(MainWindowTest, AnAmpersandInAMenuShowsAsItself)
+{
+    openRabbits();
+    frmTree window;
+    QAction* notes = action(&window, QStringLiteral("mnuListAddNotes&Awards"));
+    ASSERT_NE(notes, nullptr);
+    EXPECT_EQ(notes->text(), QStringLiteral("Notes && Awards"));
+    EXPECT_EQ(notes->iconText(), QStringLiteral("Notes & Awards"));
+}
+
+TEST_F(MainWindowTest, AReadOnlyFileSaysSoInTheTitleAndLeavesEveryWritingCommandDisabled)
+{
+    openRabbits();
+    gDatabase.Execute(QStringLiteral("INSERT INTO tree (name, sex, owner, sold, deceased, prefix, suffix) "
+                                     "VALUES ('Flopsy', 'female', -1, 0, 0, '', '')"));
+    const QString path = gDatabase.path();
+    gDatabase.Close();
+    gDatabase = Database::OpenDatabase(path, false, true);
+    ASSERT_TRUE(gDatabase.isReadOnly());
+
+    ShowMainWindow();
+    frmTree& window = *MainWindow();
+    EXPECT_EQ(window.windowTitle(), QStringLiteral("Tessorin - Rabbits.cav (read-only)"));
+    ASSERT_EQ(gAnimal.name, QStringLiteral("Flopsy"));
+    for (const char* name : {"mnuAdd", "mnuSimilar", "mnuEdit", "mnuDelete", "mnuUpdateDatabase", "mnuEditRecord",
+                             "mnuDeleteRecord", "mnuListEdit", "mnuListDelete", "mnuListAddPhoto", "mnuAddPic",
+                             "mnuDeletePic", "mnuPicSwap"}) {
+        QAction* a = action(&window, QString::fromLatin1(name));
+        ASSERT_NE(a, nullptr) << name;
+        EXPECT_FALSE(a->isEnabled()) << name;
+    }
+    EXPECT_EQ(action(&window, QStringLiteral("mnuAdd"))->toolTip(), QStringLiteral("The data file is open read-only."));
+    for (const char* key : {"Add", "Edit"}) {
+        EXPECT_FALSE(window.toolbarButton(QString::fromLatin1(key))->isEnabled()) << key;
+        EXPECT_EQ(window.toolbarButton(QString::fromLatin1(key))->toolTip(), QStringLiteral("The data file is open read-only."));
+    }
+    for (const char* name : {"mnuOpen", "mnuSearch", "mnuInbreeding", "mnuUser", "mnuViewLog", "mnuMyPics"})
+        EXPECT_TRUE(action(&window, QString::fromLatin1(name))->isEnabled()) << name;
+
+    // A double click on a name, and the commands reached some other way, write nothing and ask nothing.
+    env.ui().clear(); // the coefficient's own notice, which is not the window's to give
+    emit window.searchPane()->editRequested();
+    window.mnuAdd_Click();
+    window.DeleteCurrentAnimal();
+    EXPECT_TRUE(env.ui().calls().isEmpty()) << env.ui().calls().value(0).text.toStdString();
+    EXPECT_FALSE(gDatabase.OpenRecordset(QStringLiteral("SELECT * FROM tree WHERE name = 'Flopsy'")).Eof());
+
+    // The settings can be looked at, not saved.
+    action(&window, QStringLiteral("mnuUser"))->trigger();
+    ASSERT_NE(SetupWizardWindow(), nullptr);
+    for (const char* button : {"cmdSave", "cmdClearCustom"})
+        EXPECT_FALSE(SetupWizardWindow()->findChild<QPushButton*>(QString::fromLatin1(button))->isEnabled()) << button;
+    EXPECT_FALSE(SetupWizardWindow()->ClearCustomFields());
+    EXPECT_TRUE(env.ui().calls().isEmpty());
+    delete SetupWizardWindow();
+}
+
+TEST_F(MainWindowTest, UserSettingsComeUpOnTheMainWindowAndTheSpeciesWordFollowsTheirSave)
+{
+    openRabbits();
+    ShowMainWindow();
+    frmTree* window = MainWindow();
+    ASSERT_EQ(window->tabStrip()->tabText(0), QStringLiteral("Rabbit"));
+    action(window, QStringLiteral("mnuUser"))->trigger();
+    frmNewUser* wizard = SetupWizardWindow();
+    ASSERT_NE(wizard, nullptr);
+    EXPECT_EQ(wizard->parentWidget(), window);
+    EXPECT_TRUE(wizard->isWindow());
+    EXPECT_EQ(wizard->windowModality(), Qt::ApplicationModal);
+
+    wizard->findChild<QLineEdit*>(QStringLiteral("txtBreeder"))->setText(QStringLiteral("Ann"));
+    wizard->findChild<QComboBox*>(QStringLiteral("cboCountry"))->setCurrentText(QStringLiteral("Ireland"));
+    wizard->findChild<QComboBox*>(QStringLiteral("cboWeightMeasure"))->setEditText(QStringLiteral("grams"));
+    auto* animal = wizard->findChild<QComboBox*>(QStringLiteral("cboAnimal"));
+    animal->setEditText(QStringLiteral("Goat"));
+    wizard->cboAnimal_LostFocus(); // Yes to the suggestion: the goat's words and custom fields
+    wizard->findChild<QPushButton*>(QStringLiteral("cmdSave"))->click();
+
+    EXPECT_EQ(window->tabStrip()->tabText(0), QStringLiteral("Goat"));
+    EXPECT_EQ(window->findChild<QLabel*>(QStringLiteral("lblTitle"))->text(), QStringLiteral("Goat"));
+    EXPECT_EQ(window->tabIndex(QStringLiteral("Individual")), 0);
+    EXPECT_GE(window->findChild<QComboBox*>(QStringLiteral("cboSearch"))->findText(QStringLiteral("Under Colour")), 0);
+}
+
+TEST_F(MainWindowTest, DatabaseNewFromTheMenuReplacesTheWindowOnlyAfterTheCommandHasReturned)
+{
+    openRabbits();
+    ShowMainWindow();
+    AddRecent(QStringLiteral("Peter"));
+    QPointer<frmTree> old = MainWindow();
+    env.ui().queueInput(QStringLiteral("Hares"));
+
+    // Run as a click is: from the event loop, with the window's own menu entry on the stack.
+    bool aliveWhenTheCommandReturned = false;
+    QEventLoop loop;
+    QTimer::singleShot(0, old, [&] {
+        old->findChild<QAction*>(QStringLiteral("mnuNewDatabase"))->trigger();
+        aliveWhenTheCommandReturned = !old.isNull();
+        loop.quit();
+    });
+    loop.exec();
+    EXPECT_TRUE(aliveWhenTheCommandReturned);
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+
+    EXPECT_TRUE(old.isNull());
+    ASSERT_NE(MainWindow(), nullptr);
+    EXPECT_EQ(MainWindow()->windowTitle(), QStringLiteral("Tessorin - Hares.cav"));
+    EXPECT_TRUE(MainWindow()->isVisible());
+    // The list of the file left behind was written before the new file's took its place.
+    EXPECT_TRUE(TestEnv::readText(env.settingsFolder() + QStringLiteral("Rabbits.cav.txt"))
+                    .startsWith(QStringLiteral("Peter\n")));
+    // The wizard for the new file stands on the new window, which waits for it.
+    frmNewUser* wizard = SetupWizardWindow();
+    ASSERT_NE(wizard, nullptr);
+    EXPECT_EQ(wizard->parentWidget(), MainWindow());
+    EXPECT_TRUE(wizard->isVisible());
+    EXPECT_TRUE(wizard->isWindow());
+    delete wizard;
 }

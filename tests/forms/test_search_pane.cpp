@@ -23,10 +23,42 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTimer>
+#include <QWindow>
+#include <QKeyEvent>
+#include <QMenu>
 #include <QToolButton>
 #include <gtest/gtest.h>
 
+// The platform's own mouse input, as the desktop delivers it: the application then knows which buttons
+// are held, as it does for a real click.
+Q_GUI_EXPORT void qt_handleMouseEvent(QWindow* window, const QPointF& local, const QPointF& global, Qt::MouseButtons state,
+                                      Qt::MouseButton button, QEvent::Type type, Qt::KeyboardModifiers mods,
+                                      int timestamp);
+
 namespace {
+
+// Presses or releases a mouse button at a point of a widget of a shown window.
+void platformMouse(QWidget* widget, QPoint pos, Qt::MouseButton button, bool press)
+{
+    static int timestamp = 1000;
+    timestamp += 500;
+    QWindow* handle = widget->window()->windowHandle();
+    const QPointF local = widget->mapTo(widget->window(), pos);
+    qt_handleMouseEvent(handle, local, handle->mapToGlobal(local), press ? Qt::MouseButtons(button) : Qt::NoButton,
+                        button, press ? QEvent::MouseButtonPress : QEvent::MouseButtonRelease, Qt::NoModifier, timestamp);
+    QApplication::processEvents();
+}
+
+// Types text into a box key by key, as the keyboard does.
+void type(QWidget* box, const QString& text)
+{
+    for (const QChar c : text) {
+        QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(c));
+        QApplication::sendEvent(box, &press);
+        QKeyEvent release(QEvent::KeyRelease, 0, Qt::NoModifier, QString(c));
+        QApplication::sendEvent(box, &release);
+    }
+}
 
 class SearchPaneTest : public EnvTest {
 protected:
@@ -46,6 +78,9 @@ protected:
                                   .arg(QString::fromLatin1(r[0]), QString::fromLatin1(r[1]), QString::fromLatin1(r[2]),
                                        QString::fromLatin1(r[3]), QString::fromLatin1(r[4])));
         }
+        // Each test starts with the pane as a first run shows it: pinned, with the search list.
+        DeleteSetting(QStringLiteral("Options"), QStringLiteral("Search Preference"));
+        DeleteSetting(QStringLiteral("Options"), QStringLiteral("Search Pane Pinned"));
         env.ui().clear();
     }
 
@@ -388,4 +423,138 @@ TEST_F(SearchPaneTest, TheRecordPageEndsWithTheCoefficientAndTheGeneticsPagesFol
     }
     EXPECT_TRUE(shown.join(QLatin1Char(' ')).contains(QStringLiteral("Dill"))) << shown.join(QLatin1Char('|')).toStdString();
     EXPECT_TRUE(shown.join(QLatin1Char(' ')).contains(QStringLiteral("Amber")));
+}
+
+TEST_F(SearchPaneTest, ARightClickMakesTheRowCurrentBeforeItsOptionsAct)
+{
+    frmTree window;
+    window.show();
+    QApplication::processEvents();
+    auto* list = child<QListWidget>(&window, QStringLiteral("searchList"));
+    list->setCurrentRow(0);
+    ASSERT_EQ(gAnimal.name, QStringLiteral("Amber"));
+
+    const QPoint onBramble = list->visualItemRect(list->item(2)).center();
+    platformMouse(list->viewport(), onBramble, Qt::RightButton, true);
+    EXPECT_EQ(gAnimal.name, QStringLiteral("Bramble"));
+    EXPECT_EQ(child<QLabel>(&window, QStringLiteral("lblTitle"))->text(), QStringLiteral("Bramble"));
+    auto* options = child<QMenu>(&window, QStringLiteral("mnuOptions"));
+    EXPECT_TRUE(options->isVisible());
+
+    env.ui().queueAnswer(Ui::Answer::Yes);
+    child<QAction>(&window, QStringLiteral("mnuListDelete"))->trigger();
+    options->close();
+    platformMouse(list->viewport(), onBramble, Qt::RightButton, false);
+
+    ASSERT_EQ(env.ui().calls().size(), 1);
+    EXPECT_EQ(env.ui().calls()[0].text, QStringLiteral("Are you sure you want to permanently remove Bramble from the database?"));
+    EXPECT_EQ(rows(list), QStringList({"Amber", "Basil"}));
+    EXPECT_FALSE(gDatabase.OpenRecordset(QStringLiteral("SELECT * FROM tree WHERE name = 'Amber'")).Eof());
+    window.Unload();
+}
+
+TEST_F(SearchPaneTest, TypedValuesAreSearchedAsTypedAndPickedOnesWithAnApostropheFindTheirRow)
+{
+    gDatabase.Execute(QStringLiteral("INSERT INTO tree (name, sex, breed, owner, sold, deceased, breeder, leased, prefix, "
+                                     "suffix) VALUES ('O$Brien', 'male', 'Rex', -1, 0, 0, 0, 0, '', '')"));
+    frmTree window;
+    window.show();
+    QApplication::setActiveWindow(&window);
+    auto* list = child<QListWidget>(&window, QStringLiteral("searchList"));
+    auto* count = child<QLabel>(&window, QStringLiteral("lblSubjectAnimal"));
+
+    // "B" typed in the "contains" box stays "B": every name holding a b, not the first name the list offers.
+    choose(child<QComboBox>(&window, QStringLiteral("cboSearch2")), QStringLiteral("Name"));
+    child<QRadioButton>(&window, QStringLiteral("optContains(1)"))->setChecked(true);
+    auto* value2 = child<QComboBox>(&window, QStringLiteral("cboBreed2"));
+    value2->setEditText(QString());
+    value2->lineEdit()->setFocus();
+    type(value2->lineEdit(), QStringLiteral("B"));
+    EXPECT_EQ(value2->currentText(), QStringLiteral("B"));
+    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QApplication::sendEvent(value2->lineEdit(), &enter);
+    EXPECT_EQ(rows(list), QStringList({"Amber", "Basil", "Bramble", "O'Brien"}));
+    EXPECT_EQ(count->text(), QStringLiteral("Search Result: 4 records found where Status is \"My Current Stock\" and "
+                                            "Name contains \"B\""));
+
+    // A name with an apostrophe picked from the value list.
+    child<QPushButton>(&window, QStringLiteral("cmdReset"))->click();
+    choose(child<QComboBox>(&window, QStringLiteral("cboSearch")), QStringLiteral("Name"));
+    auto* value1 = child<QComboBox>(&window, QStringLiteral("cboBreed"));
+    choose(value1, QStringLiteral("O'Brien"));
+    EXPECT_EQ(rows(list), QStringList({"O'Brien"}));
+    EXPECT_EQ(count->text(), QStringLiteral("Search Result: 1 records found where Name is \"O'Brien\" (list all records)"));
+    EXPECT_EQ(TestEnv::readText(env.settingsFolder() + QStringLiteral("Errors.txt")), QString());
+    window.Unload();
+}
+
+TEST_F(SearchPaneTest, ShowRecentShowsTheNamesAndLeavesTheCurrentAnimalAlone)
+{
+    frmTree window;
+    window.show();
+    QApplication::setActiveWindow(&window);
+    QApplication::processEvents();
+    auto* list = child<QListWidget>(&window, QStringLiteral("searchList"));
+    for (int row : {1, 2, 1}) // Basil, Bramble, then Basil again, which keeps its place below Bramble
+        list->setCurrentRow(row);
+    ASSERT_EQ(gAnimal.name, QStringLiteral("Basil"));
+    list->setFocus();
+    QApplication::processEvents();
+    ASSERT_TRUE(list->hasFocus());
+
+    click(child<QLabel>(&window, QStringLiteral("lblRecent")));
+    auto* recent = child<QListWidget>(&window, QStringLiteral("lstRecent"));
+    EXPECT_TRUE(recent->isVisible());
+    EXPECT_EQ(rows(recent), QStringList({"Bramble", "Basil"}));
+    recent->setFocus(Qt::TabFocusReason);
+    QApplication::processEvents();
+    EXPECT_EQ(gAnimal.name, QStringLiteral("Basil"));
+    EXPECT_EQ(child<QLabel>(&window, QStringLiteral("lblTitle"))->text(), QStringLiteral("Basil"));
+
+    // Only a choice of the user's changes it.
+    emit recent->itemClicked(recent->item(0));
+    EXPECT_EQ(gAnimal.name, QStringLiteral("Bramble"));
+    click(child<QLabel>(&window, QStringLiteral("lblRecent")));
+    window.Unload();
+}
+
+TEST_F(SearchPaneTest, AfterADeleteTheNextAnimalOfTheListBecomesCurrentWhereverTheDeletedOneWasPicked)
+{
+    frmTree window;
+    auto* list = child<QListWidget>(&window, QStringLiteral("searchList"));
+    list->setCurrentRow(1); // Basil enters the recent list
+    list->setCurrentRow(0);
+    child<QListWidget>(&window, QStringLiteral("lstRecent"))->setCurrentRow(1);
+    ASSERT_EQ(gAnimal.name, QStringLiteral("Basil"));
+    ASSERT_EQ(list->currentRow(), 0);
+
+    env.ui().queueAnswer(Ui::Answer::Yes);
+    window.findChild<QAction*>(QStringLiteral("mnuDelete"))->trigger();
+    EXPECT_EQ(rows(list), QStringList({"Amber", "Bramble"}));
+    EXPECT_EQ(gAnimal.name, QStringLiteral("Bramble"));
+    EXPECT_EQ(list->currentRow(), 1);
+}
+
+TEST_F(SearchPaneTest, TheWindowFitsAnEightHundredBySixHundredScreenWithThePaneWhole)
+{
+    frmTree window;
+    window.show();
+    // A title bar and the desktop's panel take some of the 600 lines.
+    EXPECT_LE(window.minimumSizeHint().width(), 800);
+    EXPECT_LE(window.minimumSizeHint().height(), 540);
+    window.setWindowState(Qt::WindowNoState);
+    window.resize(800, 540);
+    QApplication::processEvents();
+    ASSERT_EQ(window.size(), QSize(800, 540));
+    for (const char* name : {"imgPin", "lblRecent", "cmdReset", "cmdAdvanced", "cboBreed", "searchList", "lblLetter(26)"}) {
+        auto* widget = child<QWidget>(&window, QString::fromLatin1(name));
+        const QRect inWindow(widget->mapTo(&window, QPoint(0, 0)), widget->size());
+        EXPECT_TRUE(window.rect().contains(inWindow)) << name;
+        EXPECT_TRUE(widget->isVisible()) << name;
+    }
+    // The widest page scrolls within its tab instead of widening the window.
+    window.SelectTab(QStringLiteral("Family Tree"));
+    QApplication::processEvents();
+    EXPECT_EQ(window.size(), QSize(800, 540));
+    window.Unload();
 }

@@ -178,27 +178,24 @@ TEST_F(RecordPageTest, TheCaptionsFollowTheChosenSlot)
     QAction* swap = child<QAction>(page, "mnuPicSwap");
     EXPECT_EQ(child<QMenu>(page, "mnuPicOptions")->title(), "Picture Options");
 
-    EXPECT_EQ(page.chosenSlot(), 0);
-    EXPECT_EQ(add->text(), "Change main picture ");
-    EXPECT_EQ(remove->text(), "Remove main picture ");
-    EXPECT_EQ(swap->text(), "Swap with pedigree picture");
-    EXPECT_TRUE(add->isEnabled());
-    EXPECT_FALSE(remove->isEnabled()); // no main picture
-    EXPECT_FALSE(swap->isEnabled());
-
-    page.chooseSlot(3);
-    EXPECT_EQ(page.chosenSlot(), 3);
-    EXPECT_EQ(add->text(), "Change picture 3");
-    EXPECT_EQ(remove->text(), "Remove picture 3");
-    EXPECT_EQ(swap->text(), "Swap picture 3 with pedigree");
-    EXPECT_TRUE(remove->isEnabled());
-    EXPECT_TRUE(swap->isEnabled());
-    EXPECT_EQ(child<QLineEdit>(page, "txtPicture")->text(), folder() + "Rex(3).jpg");
-
-    page.chooseSlot(5);
-    EXPECT_EQ(add->text(), "Change picture 5");
-    EXPECT_FALSE(remove->isEnabled());
-    EXPECT_EQ(child<QLineEdit>(page, "txtPicture")->text(), "");
+    // The menu keeps its words whatever slot it works on; what it may do follows the slot.
+    struct Case {
+        int slot;
+        bool removable, swappable;
+        QString file;
+    };
+    const Case cases[] = {{0, false, false, ""}, {3, true, true, folder() + "Rex(3).jpg"}, {5, false, false, ""}};
+    for (const Case& c : cases) {
+        page.chooseSlot(c.slot);
+        EXPECT_EQ(page.chosenSlot(), c.slot);
+        EXPECT_EQ(add->text(), "Add / Change");
+        EXPECT_EQ(remove->text(), "Delete");
+        EXPECT_EQ(swap->text(), "Swap with pedigree picture");
+        EXPECT_TRUE(add->isEnabled()) << c.slot;
+        EXPECT_EQ(remove->isEnabled(), c.removable) << c.slot;
+        EXPECT_EQ(swap->isEnabled(), c.swappable) << c.slot;
+        EXPECT_EQ(child<QLineEdit>(page, "txtPicture")->text(), c.file) << c.slot;
+    }
 }
 
 TEST_F(RecordPageTest, PictureCommandsShowTheRecordAgain)
@@ -307,10 +304,15 @@ TEST_F(RecordPageTest, ThePopupShowsAnotherAnimalAndLeavesTheCurrentOne)
     EXPECT_EQ(gAnimal.name, "Rex");
     EXPECT_EQ(gAnimal.fullName, "Ch Rex");
     EXPECT_EQ(popup.popupAnimal().name, "Max");
-    EXPECT_EQ(child<QLabel>(popup, "lblNotesBold")->text(), "Max (Maxi)");
+    EXPECT_EQ(child<QLabel>(popup, "lblNotesBold")->text(), "Max");
     EXPECT_EQ(child<QLabel>(popup, "lblNotes")->text(), "Sex:   Boar\n");
     EXPECT_EQ(child<PictureBox>(popup, "imgPopup")->path(), folder() + "Max(0).jpg");
     EXPECT_TRUE(child<PictureBox>(popup, "imgPopup")->hasPicture());
+
+    // The full name, with its title, wrapped at 26 characters.
+    gDatabase.Execute("UPDATE tree SET prefix = 'Grand Champion', suffix = 'of Hilltop Meadow Farm' WHERE name = 'Rex'");
+    popup.SetPopupAnimal("Rex");
+    EXPECT_EQ(child<QLabel>(popup, "lblNotesBold")->text(), "Grand Champion Rex of\nHilltop Meadow Farm");
 
     // A name that is gone shows the notice, not the animal shown before.
     popup.SetPopupAnimal("Nobody");

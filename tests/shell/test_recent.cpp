@@ -5,7 +5,12 @@
 #include "shell/RecentList.h"
 #include "shell/globals.h"
 
+#include "shell/Log.h"
+
+#include <QDir>
 #include <QFile>
+#include <csignal>
+#include <sys/resource.h>
 
 namespace {
 
@@ -87,6 +92,55 @@ TEST_F(Recent, FreePlacesAreWrittenAsEmptyLinesAndAMissingFileLeavesTheListEmpty
     LoadRecentFile();
     for (const QString& n : gRecentNames)
         EXPECT_TRUE(n.isEmpty());
+}
+
+// A file write cut short the way a full disk cuts it: the process may write no file past a few bytes.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes)
+    {
+        getrlimit(RLIMIT_FSIZE, &before);
+        previousHandler = std::signal(SIGXFSZ, SIG_IGN);
+        rlimit limited = before;
+        limited.rlim_cur = bytes;
+        setrlimit(RLIMIT_FSIZE, &limited);
+    }
+    ~FileSizeLimit()
+    {
+        setrlimit(RLIMIT_FSIZE, &before);
+        std::signal(SIGXFSZ, previousHandler);
+    }
+
+private:
+    rlimit before{};
+    void (*previousHandler)(int) = nullptr;
+};
+
+TEST_F(Recent, AWriteThatFailsLeavesTheLastListWholeAndIsLogged)
+{
+    AddRecent(QStringLiteral("Peter"));
+    WriteRecentFile();
+    const QString saved = TestEnv::readText(RecentFilePath());
+    ASSERT_TRUE(saved.startsWith(QStringLiteral("Peter\n")));
+    QFile::remove(ErrorLogPath());
+
+    // Twenty long names do not fit in what the disk has left.
+    for (int i = 1; i <= 20; ++i)
+        AddRecent(QStringLiteral("A name long enough to fill the disk %1").arg(i));
+    {
+        const FileSizeLimit full(300);
+        WriteRecentFile();
+    }
+    EXPECT_EQ(TestEnv::readText(RecentFilePath()), saved);
+    const QString log = TestEnv::readText(ErrorLogPath());
+    EXPECT_TRUE(log.contains(QStringLiteral(" - Write Recent file error  - "))) << log.toStdString();
+
+    // A list that cannot be written at all is logged the same way.
+    QFile::remove(ErrorLogPath());
+    gDatabaseFile = env.dataFolder() + QStringLiteral("Blocked.cav");
+    ASSERT_TRUE(QDir().mkpath(RecentFilePath()));
+    WriteRecentFile();
+    EXPECT_TRUE(TestEnv::readText(ErrorLogPath()).contains(QStringLiteral(" - Write Recent file error  - ")));
 }
 
 TEST_F(Recent, ShowListsTheNamesInOrderWithItsTipAndClearEmptiesIt)

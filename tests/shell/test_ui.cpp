@@ -79,6 +79,25 @@ TEST_F(ScriptedService, GivesQueuedAnswersInOrderThenTheFirstButton)
     EXPECT_EQ(env.ui().calls()[1].reply, QStringLiteral("Cancel"));
 }
 
+TEST_F(ScriptedService, APathWithoutAProgramIsNamedInAMessage)
+{
+    const QString log = env.settingsFolder() + QStringLiteral("Save.txt");
+    EXPECT_TRUE(Ui::showPathOrSay(log));
+    env.ui().queuePathFails();
+    EXPECT_FALSE(Ui::showPathOrSay(log));
+    EXPECT_TRUE(Ui::showPath(log)); // the failure was for one path only
+
+    const auto& calls = env.ui().calls();
+    ASSERT_EQ(calls.size(), 4);
+    EXPECT_EQ(calls[1].kind, Kind::ShowPath);
+    EXPECT_EQ(calls[1].reply, QStringLiteral("No program"));
+    EXPECT_EQ(calls[2].kind, Kind::Message);
+    EXPECT_EQ(calls[2].title, QStringLiteral("Error"));
+    EXPECT_EQ(calls[2].text, QStringLiteral("No program on this computer is set to open\n") + log +
+                                 QStringLiteral("\nOpen it from your file manager instead."));
+    EXPECT_EQ(calls[3].kind, Kind::ShowPath);
+}
+
 TEST_F(ScriptedService, AnAnswerThatTheBoxDoesNotOfferFailsTheTest)
 {
     EXPECT_NONFATAL_FAILURE(

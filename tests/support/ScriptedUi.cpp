@@ -51,6 +51,7 @@ void ScriptedUi::clear()
     answers.clear();
     inputs.clear();
     files.clear();
+    pathFailures.clear();
 }
 
 Ui::Answer ScriptedUi::message(const QString& text, Ui::Buttons buttons, Ui::Icon icon, const QString& title)
@@ -128,13 +129,18 @@ QString ScriptedUi::chooseFolder(const QString& title, const QString& folder)
     return c.reply;
 }
 
-void ScriptedUi::showPath(const QString& pathOrUrl)
+bool ScriptedUi::openPath(const QString& pathOrUrl)
 {
     Call c;
     c.kind = Kind::ShowPath;
     c.text = pathOrUrl;
+    const bool opened = pathFailures.isEmpty() || !pathFailures.dequeue();
+    c.reply = opened ? QStringLiteral("Opened") : QStringLiteral("No program");
     recorded << c;
+    return opened;
 }
+
+void ScriptedUi::showPath(const QString& pathOrUrl) { openPath(pathOrUrl); }
 
 void ScriptedUi::status(const QString& text)
 {

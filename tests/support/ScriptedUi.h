@@ -31,6 +31,8 @@ public:
     void queueAnswer(Ui::Answer answer) { answers.enqueue(answer); }
     void queueInput(const QString& text) { inputs.enqueue(text); }
     void queueFile(const QString& path) { files.enqueue(path); } // open, save and folder dialogs
+    // The desktop has no program for the next path shown (every other path opens).
+    void queuePathFails() { pathFailures.enqueue(true); }
 
     const QList<Call>& calls() const { return recorded; }
     // The texts of the message boxes only, in order.
@@ -38,7 +40,7 @@ public:
     // Forgets the calls and whatever is still queued.
     void clear();
     // True when every queued answer, input and file was taken.
-    bool allUsed() const { return answers.isEmpty() && inputs.isEmpty() && files.isEmpty(); }
+    bool allUsed() const { return answers.isEmpty() && inputs.isEmpty() && files.isEmpty() && pathFailures.isEmpty(); }
 
     Ui::Answer message(const QString& text, Ui::Buttons buttons, Ui::Icon icon, const QString& title) override;
     QString input(const QString& prompt, const QString& title, const QString& defaultText) override;
@@ -46,6 +48,7 @@ public:
     QString saveFile(const QString& title, const QString& filter, const QString& folder,
                      const QString& defaultName) override;
     QString chooseFolder(const QString& title, const QString& folder) override;
+    bool openPath(const QString& pathOrUrl) override;
     void showPath(const QString& pathOrUrl) override;
     void status(const QString& text) override;
 
@@ -58,4 +61,5 @@ private:
     QQueue<Ui::Answer> answers;
     QQueue<QString> inputs;
     QQueue<QString> files;
+    QQueue<bool> pathFailures;
 };

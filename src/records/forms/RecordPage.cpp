@@ -3,6 +3,7 @@
 
 #include "records/Pictures.h"
 #include "shell/Ui.h"
+#include "shell/globals.h"
 #include "shell/forms/frmTree.h"
 
 #include <QAction>
@@ -354,12 +355,11 @@ void RecordPage::updateCommands()
     const bool any = !gAnimal.name.isEmpty();
     const QString path = any ? gAnimal.picture[slot] : QString();
     txtPicture->setText(path);
-    mnuAddPic->setText(ChangePictureCaption(slot));
-    mnuDeletePic->setText(RemovePictureCaption(slot));
-    mnuPicSwap->setText(slot == 0 ? QStringLiteral("Swap with pedigree picture") : SwapPictureCaption(slot));
-    mnuAddPic->setEnabled(any);
-    mnuDeletePic->setEnabled(!path.isEmpty());
-    mnuPicSwap->setEnabled(slot > 0 && !path.isEmpty());
+    // The menu keeps its own words; the slot it works on is the one marked in the strip.
+    const bool writable = !gDatabase.isReadOnly();
+    mnuAddPic->setEnabled(any && writable);
+    mnuDeletePic->setEnabled(!path.isEmpty() && writable);
+    mnuPicSwap->setEnabled(slot > 0 && !path.isEmpty() && writable);
 }
 
 bool RecordPage::needsAnimal()
@@ -383,21 +383,21 @@ void RecordPage::afterPictureCommand(bool changed)
 
 void RecordPage::mnuAddPic_Click()
 {
-    if (!needsAnimal())
+    if (gDatabase.isReadOnly() || !needsAnimal())
         return;
     afterPictureCommand(AddPicture(gAnimal.name, slot));
 }
 
 void RecordPage::mnuDeletePic_Click()
 {
-    if (!needsAnimal())
+    if (gDatabase.isReadOnly() || !needsAnimal())
         return;
     afterPictureCommand(RemovePicture(gAnimal.name, slot));
 }
 
 void RecordPage::swapPictures_Click()
 {
-    if (!needsAnimal())
+    if (gDatabase.isReadOnly() || !needsAnimal())
         return;
     afterPictureCommand(swapPictures(gAnimal.name, slot));
 }

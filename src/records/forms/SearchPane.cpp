@@ -20,6 +20,7 @@
 #include <QPainterPath>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScopedValueRollback>
 #include <QSignalBlocker>
 #include <QStackedWidget>
 #include <QToolButton>
@@ -65,8 +66,29 @@ QComboBox* valueBox(QWidget* parent, const QString& name)
     box->setEditable(true);
     box->setInsertPolicy(QComboBox::NoInsert);
     box->setMaxVisibleItems(20);
+    // What is typed is searched as typed: a completed "Wil" would search for one name, not for every
+    // name that holds "Wil".
+    box->setCompleter(nullptr);
     return box;
 }
+
+// A list of names. When it gets the focus with no row current, the view makes its first row current:
+// that is no choice of the user's, so such a change is told apart from a pick.
+class NameList : public QListWidget {
+public:
+    using QListWidget::QListWidget;
+    bool takingFocus() const { return focusing; }
+
+protected:
+    void focusInEvent(QFocusEvent* event) override
+    {
+        const QScopedValueRollback rollback(focusing, true);
+        QListWidget::focusInEvent(event);
+    }
+
+private:
+    bool focusing = false;
+};
 
 } // namespace
 
@@ -177,7 +199,7 @@ SearchPane::SearchPane(QWidget* parent) : QWidget(parent)
     }
     s->addLayout(letters);
 
-    searchList = new QListWidget(searchView);
+    searchList = new NameList(searchView);
     searchList->setObjectName(QStringLiteral("searchList"));
     searchList->setContextMenuPolicy(Qt::CustomContextMenu);
     s->addWidget(searchList, 1);
@@ -194,7 +216,7 @@ SearchPane::SearchPane(QWidget* parent) : QWidget(parent)
     views->addWidget(searchView);
 
     // The recent view.
-    lstRecent = new QListWidget(views);
+    lstRecent = new NameList(views);
     lstRecent->setObjectName(QStringLiteral("lstRecent"));
     lstRecent->setContextMenuPolicy(Qt::CustomContextMenu);
     views->addWidget(lstRecent);
@@ -211,16 +233,23 @@ SearchPane::SearchPane(QWidget* parent) : QWidget(parent)
         const bool recent = list == lstRecent;
         // A mouse press moves the row before its click arrives: the click picks, so the name is loaded once.
         connect(list, &QListWidget::currentRowChanged, this, [this, list, recent] {
-            if (QGuiApplication::mouseButtons() == Qt::NoButton)
+            if (QGuiApplication::mouseButtons() == Qt::NoButton && !static_cast<NameList*>(list)->takingFocus())
                 rowChosen(list, recent);
         });
         connect(list, &QListWidget::itemClicked, this, [this, list, recent] { rowChosen(list, recent); });
         connect(list, &QListWidget::itemDoubleClicked, this, &SearchPane::editRequested);
+        // The options act on the current animal: the row under the pointer becomes current first, as a
+        // left click makes it.
         connect(list, &QListWidget::customContextMenuRequested, this, [this, list, recent](const QPoint& pos) {
-            if (QListWidgetItem* item = list->itemAt(pos)) {
+            QListWidgetItem* item = list->itemAt(pos);
+            if (!item || item->text().isEmpty())
+                return;
+            {
+                const QSignalBlocker block(list);
                 list->setCurrentItem(item);
-                emit optionsRequested(list->viewport()->mapToGlobal(pos), recent);
             }
+            rowChosen(list, recent);
+            emit optionsRequested(list->viewport()->mapToGlobal(pos), recent, nameOfLine(item->text()));
         });
     }
     gRecentOwner = this;
@@ -380,6 +409,28 @@ int SearchPane::currentRow() const { return searchList->currentRow(); }
 int SearchPane::rowCount() const { return searchList->count(); }
 
 QString SearchPane::firstName() const { return searchList->count() ? nameOfLine(searchList->item(0)->text()) : QString(); }
+
+int SearchPane::rowOf(const QString& name) const
+{
+    for (int i = 0; i < searchList->count(); ++i) {
+        if (nameOfLine(searchList->item(i)->text()) == name)
+            return i;
+    }
+    return -1;
+}
+
+void SearchPane::reloadCriteria()
+{
+    const QSignalBlocker block(cboSearch), block2(cboSearch2);
+    for (auto [box, withStatus] : {std::pair{cboSearch, true}, std::pair{cboSearch2, false}}) {
+        const QString chosen = box->currentText();
+        box->clear();
+        if (!withStatus)
+            box->addItem(QString());
+        box->addItems(Lists::SearchCriteria(withStatus));
+        box->setCurrentIndex(qMax(0, box->findText(chosen)));
+    }
+}
 
 void SearchPane::selectName(const QString& name)
 {

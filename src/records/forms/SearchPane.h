@@ -38,6 +38,11 @@ public:
     int currentRow() const;
     int rowCount() const;
     QString firstName() const;
+    // The row of name in the result list, -1 when it is not there.
+    int rowOf(const QString& name) const;
+    // The criteria again from the settings of the open file (custom field titles may have changed), the
+    // choices made kept where they still exist.
+    void reloadCriteria();
     // Marks the line of name as the current one without picking it.
     void selectName(const QString& name);
 
@@ -58,7 +63,8 @@ signals:
     // A name was clicked or reached with the cursor keys; fromRecent tells which list.
     void animalPicked(const QString& name, bool fromRecent);
     void editRequested();
-    void optionsRequested(const QPoint& globalPos, bool fromRecent);
+    // A right click on a row, after the row was picked; name is the row's animal.
+    void optionsRequested(const QPoint& globalPos, bool fromRecent, const QString& name);
     void pinToggled(bool pinned);
 
 public slots:

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "records/forms/frmPopup.h"
 
+#include "records/Pictures.h"
 #include "records/forms/RecordPage.h"
 
 #include <QFrame>
@@ -57,7 +58,8 @@ void frmPopup::SetPopupAnimal(const QString& name)
     animal = Animal();
     QString requested = name;
     animal.SetCurrentAnimal(requested);
-    lblNotesBold->setText(BoldTitle(animal));
+    // The pop-up is narrow: the full name alone, wrapped at 26 characters.
+    lblNotesBold->setText(animal.name.isEmpty() ? QString() : DisplayLines(WrapText(animal.fullName, 26)));
     lblNotes->setText(DisplayLines(animal.Get_Awards(false)));
     imgPopup->setPicture(animal.picture[0]);
     imgPopup->setVisible(imgPopup->hasPicture());

@@ -76,11 +76,13 @@ QString QtUi::chooseFolder(const QString& title, const QString& folder)
     return QFileDialog::getExistingDirectory(parentWindow(), title, folder);
 }
 
-void QtUi::showPath(const QString& pathOrUrl)
+bool QtUi::openPath(const QString& pathOrUrl)
 {
     const QUrl url = pathOrUrl.contains(QLatin1String("://")) ? QUrl(pathOrUrl) : QUrl::fromLocalFile(pathOrUrl);
-    QDesktopServices::openUrl(url);
+    return QDesktopServices::openUrl(url);
 }
+
+void QtUi::showPath(const QString& pathOrUrl) { openPath(pathOrUrl); }
 
 void QtUi::status(const QString& text)
 {

@@ -13,6 +13,7 @@ public:
     QString openFile(const QString& title, const QString& filter, const QString& folder) override;
     QString saveFile(const QString& title, const QString& filter, const QString& folder, const QString& defaultName) override;
     QString chooseFolder(const QString& title, const QString& folder) override;
+    bool openPath(const QString& pathOrUrl) override;
     void showPath(const QString& pathOrUrl) override;
     void status(const QString& text) override;
 

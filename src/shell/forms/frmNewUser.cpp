@@ -4,6 +4,7 @@
 #include "shell/OpenDataFile.h"
 #include "shell/Ui.h"
 #include "shell/forms/Shell.h"
+#include "shell/forms/frmTree.h"
 #include "shell/globals.h"
 #include "store/DataFile.h"
 #include "store/IntegrityCheck.h"
@@ -562,6 +563,10 @@ void frmNewUser::buildCustom()
     auto* cmdClearCustom = new QPushButton(u"Clear Custom Fields"_s);
     cmdClearCustom->setObjectName(u"cmdClearCustom"_s);
     connect(cmdClearCustom, &QPushButton::clicked, this, &frmNewUser::cmdClearCustom_Click);
+    if (gDatabase.isReadOnly()) {
+        cmdClearCustom->setEnabled(false);
+        cmdClearCustom->setToolTip(u"The data file is open read-only."_s);
+    }
     layout->addWidget(cmdClearCustom, 0, Qt::AlignLeft);
     layout->addStretch();
     frames->addWidget(box);
@@ -583,6 +588,10 @@ void frmNewUser::buildSave()
     cmdSave = new QPushButton(u"Save"_s);
     cmdSave->setObjectName(u"cmdSave"_s);
     cmdSave->setMinimumWidth(120);
+    if (gDatabase.isReadOnly()) {
+        cmdSave->setEnabled(false);
+        cmdSave->setToolTip(u"The data file is open read-only: its settings cannot be saved."_s);
+    }
     layout->addWidget(chkAutoUpdate);
     layout->addWidget(lblNetWarning);
     layout->addSpacing(24);
@@ -826,6 +835,9 @@ void frmNewUser::AssignAnimal()
 
 bool frmNewUser::ClearCustomFields()
 {
+    // Clearing remakes columns of the file at once, before any save.
+    if (gDatabase.isReadOnly())
+        return false;
     const QString animal = gUser.Animal.isEmpty() ? cboAnimal->currentText() : gUser.Animal;
     if (Ui::message(u"Are you sure you want to clear custom field names for "_s + animal +
                         u" that you have saved previously?"_s,
@@ -853,6 +865,8 @@ void frmNewUser::cmdUseDefault_Click()
 
 void frmNewUser::cmdSave_Click()
 {
+    if (gDatabase.isReadOnly())
+        return;
     QString error, badBox;
     const std::optional<User> user = UserFromBoxes(boxes(), gUser, &error, &badBox);
     if (!user) {
@@ -871,6 +885,8 @@ void frmNewUser::cmdSave_Click()
     QCoreApplication::processEvents();
     hide();
     ReadUserSettings();
+    if (frmTree* window = MainWindow())
+        window->UserSettingsChanged();
     Ui::message(SetupCompletedMessage(gUser.Animal), Ui::Buttons::Ok, Ui::Icon::Information, u"Setup Completed"_s);
     close();
 }
@@ -881,7 +897,9 @@ frmNewUser* OpenSetupWizard(const QStringList& yellowBoxes)
 {
     QPointer<frmNewUser>& wizard = wizardInstance();
     if (!wizard) {
-        wizard = new frmNewUser;
+        // Its own window, kept in front of the main window that waits for it (a new main window for the
+        // file takes it over).
+        wizard = new frmNewUser(MainWindow());
         // The file is unusable until its settings are in, so the wizard stands before every other window.
         wizard->setWindowModality(Qt::ApplicationModal);
     }

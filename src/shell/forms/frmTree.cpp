@@ -18,6 +18,7 @@
 #include "shell/RecentList.h"
 #include "shell/Ui.h"
 #include "shell/forms/Shell.h"
+#include "shell/forms/frmNewUser.h"
 #include "shell/globals.h"
 #include "store/DataFile.h"
 #include "store/IntegrityCheck.h"
@@ -38,6 +39,7 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QScreen>
+#include <QScrollArea>
 #include <QSet>
 #include <QStyle>
 #include <QTabBar>
@@ -148,6 +150,18 @@ const QSet<QString> kNeedsDataFile = {
 
 
 
+// Entries that write to the data file (or to the pictures of its animals): a file open read-only
+// leaves them disabled.
+const QSet<QString> kWrites = {
+    QStringLiteral("mnuAdd"),       QStringLiteral("mnuSimilar"),        QStringLiteral("mnuEdit"),
+    QStringLiteral("mnuDelete"),    QStringLiteral("mnuUpdateDatabase"), QStringLiteral("mnuReplace"),
+    QStringLiteral("mnuJournal"),   QStringLiteral("mnuHealth"),         QStringLiteral("mnuBreeding"),
+    QStringLiteral("mnuSold"),      QStringLiteral("mnuContact"),        QStringLiteral("mnuImport"),
+    QStringLiteral("mnuImportHTML"), QStringLiteral("mnuImportPedigreeTemplates"),
+    QStringLiteral("mnuRestoreFromHD"), QStringLiteral("mnuRestoreOnline")};
+
+const QString kReadOnlyTip = QStringLiteral("The data file is open read-only.");
+
 struct ToolbarButton {
     const char* key;
     const char* runs;
@@ -201,7 +215,7 @@ void removeUpdateFile(const QString& path)
 void showLog(const QString& path, const QString& text)
 {
     if (QFileInfo(path).isFile())
-        Ui::showPath(path);
+        Ui::showPathOrSay(path);
     else
         Ui::message(text, Ui::Buttons::Ok, Ui::Icon::Information, QStringLiteral("No Log File"));
 }
@@ -247,8 +261,12 @@ frmTree::frmTree(QWidget* parent) : QMainWindow(parent)
     setObjectName(QStringLiteral("frmTree"));
     setAttribute(Qt::WA_DeleteOnClose);
     const bool open = gDatabase.isOpen();
-    setWindowTitle(open ? QStringLiteral("Tessorin - ") + QFileInfo(gDatabaseFile).fileName()
-                        : QStringLiteral("Tessorin"));
+    QString title = QStringLiteral("Tessorin");
+    if (open)
+        title += QStringLiteral(" - ") + QFileInfo(gDatabaseFile).fileName();
+    if (open && gDatabase.isReadOnly())
+        title += QStringLiteral(" (read-only)");
+    setWindowTitle(title);
 
     RemoveLeftoverFiles();
     gFormsLoaded = true;
@@ -268,8 +286,12 @@ frmTree::frmTree(QWidget* parent) : QMainWindow(parent)
 
     const QRect screen = QGuiApplication::primaryScreen() ? QGuiApplication::primaryScreen()->availableGeometry()
                                                           : QRect(0, 0, 1280, 1024);
-    resize(qMin(1100, screen.width()), qMin(760, screen.height()));
+    const QSize preferred(1100, 760);
+    resize(preferred.boundedTo(screen.size()));
     move(screen.center() - rect().center());
+    // On a small screen the window takes the whole of it, title bar and edges included.
+    if (screen.width() < preferred.width() || screen.height() < preferred.height())
+        setWindowState(windowState() | Qt::WindowMaximized);
     SelectTab(QStringLiteral("Individual"));
     if (!pane->pinned())
         HideSearch();
@@ -278,6 +300,7 @@ frmTree::frmTree(QWidget* parent) : QMainWindow(parent)
 void frmTree::buildMenus()
 {
     const bool open = gDatabase.isOpen();
+    const bool readOnly = open && gDatabase.isReadOnly();
     std::map<QString, QMenu*> menus;
     std::map<QString, QMenu*> submenus;
     for (const MenuEntry& e : kMenus) {
@@ -311,6 +334,9 @@ void frmTree::buildMenus()
             action->setToolTip(kNotAvailableYet);
         } else if (kNeedsDataFile.contains(name) && !open) {
             action->setEnabled(false);
+        } else if (readOnly && kWrites.contains(name)) {
+            action->setEnabled(false);
+            action->setToolTip(kReadOnlyTip);
         } else {
             connect(action, &QAction::triggered, this, handler->second);
         }
@@ -335,6 +361,7 @@ void frmTree::buildMenus()
             action->setToolTip(kNotAvailableYet);
         } else {
             action->setEnabled(false);
+            action->setToolTip(target->toolTip());
         }
         return action;
     };
@@ -356,14 +383,17 @@ void frmTree::buildMenus()
         {QStringLiteral("Health Note"), QStringLiteral("Health")},   {QStringLiteral("Treatment"), QStringLiteral("Treatments")},
         {QStringLiteral("Show Result"), QStringLiteral("Shows")}};
     for (const auto& [caption, kind] : addEntries) {
-        QAction* action = mnuListAdd->addAction(caption);
+        // A menu takes "&" for its shortcut mark; "&&" shows the ampersand itself.
+        QAction* action = mnuListAdd->addAction(QString(caption).replace(QLatin1Char('&'), QStringLiteral("&&")));
         action->setObjectName(QStringLiteral("mnuListAdd") + QString(caption).remove(QLatin1Char(' ')));
-        if (open && quickLinkAvailable(kind)) {
+        if (open && !readOnly && quickLinkAvailable(kind)) {
             connect(action, &QAction::triggered, this, [this, kind] { quickLink(kind); });
         } else {
             action->setEnabled(false);
             if (!quickLinkAvailable(kind))
                 action->setToolTip(kNotAvailableYet);
+            else if (readOnly)
+                action->setToolTip(kReadOnlyTip);
         }
     }
     popupEntry(mnuOptions, QStringLiteral("Edit"), QStringLiteral("mnuListEdit"), QStringLiteral("mnuEdit"));
@@ -439,7 +469,14 @@ void frmTree::buildPages()
         QWidget* content = pageContent(tab.key, page);
         if (content) {
             pageLayout->setContentsMargins(0, 0, 0, 0);
-            pageLayout->addWidget(content);
+            // A page wider than the room beside the search pane scrolls, rather than push the window
+            // past a small screen's edge and the pane with it.
+            auto* scroller = new QScrollArea(page);
+            scroller->setObjectName(QStringLiteral("scr") + pageName(tab.key));
+            scroller->setFrameShape(QFrame::NoFrame);
+            scroller->setWidgetResizable(true);
+            scroller->setWidget(content);
+            pageLayout->addWidget(scroller);
         }
         auto* placeholder = new QLabel(page);
         placeholder->setObjectName(QStringLiteral("lblPageTitle(") + QString::number(i) + QLatin1Char(')'));
@@ -475,8 +512,10 @@ void frmTree::buildSearchPane(QWidget* central)
     pane->installEventFilter(this);
     connect(pane, &SearchPane::animalPicked, this, &frmTree::ChangeCurrentAnimal);
     connect(pane, &SearchPane::editRequested, this, &frmTree::mnuEdit_Click);
-    connect(pane, &SearchPane::optionsRequested, this, [this](const QPoint& at, bool fromRecent) {
-        (fromRecent ? mnuPopUp : mnuOptions)->popup(at);
+    connect(pane, &SearchPane::optionsRequested, this, [this](const QPoint& at, bool fromRecent, const QString& name) {
+        // A row that could not be made current (a recent name gone from the file) has no options.
+        if (gAnimal.name == name)
+            (fromRecent ? mnuPopUp : mnuOptions)->popup(at);
     });
     connect(pane, &SearchPane::pinToggled, this, [this](bool pinned) {
         if (pinned)
@@ -683,6 +722,8 @@ bool frmTree::needsCurrentAnimal(const QString& text)
 
 void frmTree::DeleteCurrentAnimal()
 {
+    if (gDatabase.isReadOnly())
+        return;
     if (!needsCurrentAnimal(QStringLiteral("Please select a record from the Search list to delete.")))
         return;
     const Ui::Answer answer = Ui::message(QStringLiteral("Are you sure you want to permanently remove ") + gAnimal.name +
@@ -690,7 +731,10 @@ void frmTree::DeleteCurrentAnimal()
                                           Ui::Buttons::YesNo, Ui::Icon::Question, QStringLiteral("Delete Record?"));
     if (answer != Ui::Answer::Yes)
         return;
-    const int row = pane->currentRow();
+    // The animal's own row, wherever the current animal was picked from.
+    int row = pane->rowOf(gAnimal.name);
+    if (row < 0)
+        row = pane->currentRow();
     gAnimal.Delete();
     gAnimal = Animal();
     pane->refillSearchList();
@@ -748,17 +792,22 @@ void frmTree::mnuSearch_Click()
     pane->ShowSearchOptions(false);
 }
 
-void frmTree::mnuAdd_Click() { openRecordForm(false, false); }
+void frmTree::mnuAdd_Click()
+{
+    if (!gDatabase.isReadOnly())
+        openRecordForm(false, false);
+}
 
 void frmTree::mnuSimilar_Click()
 {
-    if (needsCurrentAnimal(QStringLiteral("Please select a record from the Search list to copy.")))
+    if (!gDatabase.isReadOnly() && needsCurrentAnimal(QStringLiteral("Please select a record from the Search list to copy.")))
         openRecordForm(false, true);
 }
 
 void frmTree::mnuEdit_Click()
 {
-    if (needsCurrentAnimal(QStringLiteral("Please select a record from the Search list to edit.")))
+    // A double click on a name comes here too, with the menu entry disabled or not.
+    if (!gDatabase.isReadOnly() && needsCurrentAnimal(QStringLiteral("Please select a record from the Search list to edit.")))
         openRecordForm(true, false);
 }
 
@@ -775,7 +824,7 @@ void frmTree::mnuInbreeding_Click()
 void frmTree::mnuMyPics_Click()
 {
     QDir().mkpath(PicturesFolder());
-    Ui::showPath(PicturesFolder());
+    Ui::showPathOrSay(PicturesFolder());
 }
 
 void frmTree::mnuExit_Click() { close(); }
@@ -789,15 +838,31 @@ void frmTree::mnuOpen_Click()
     ShowChooser();
 }
 
-void frmTree::mnuNewDatabase_Click() { CreateNewDatabase(); }
+void frmTree::mnuNewDatabase_Click()
+{
+    // The new file brings its own recent list; this file's goes to its file first, as "Open" does.
+    if (gDatabase.isOpen())
+        WriteRecentFile();
+    CreateNewDatabase();
+}
 
 void frmTree::mnuUser_Click() { ShowSetupWizard(); }
 
-void frmTree::mnuPersonal_folder_Click() { Ui::showPath(gDataFolder); }
+void frmTree::mnuPersonal_folder_Click() { Ui::showPathOrSay(gDataFolder); }
 
 void frmTree::mnuViewLog_Click() { showLog(SaveLogPath(), QStringLiteral("There is no save log: nothing has been saved yet.")); }
 
-void frmTree::mnuDeleteLog_Click() { DeleteSaveLog(); }
+void frmTree::mnuDeleteLog_Click()
+{
+    if (!QFileInfo(SaveLogPath()).isFile()) {
+        Ui::message(QStringLiteral("There is no save log: nothing has been saved yet."), Ui::Buttons::Ok,
+                    Ui::Icon::Information, QStringLiteral("No Log File"));
+        return;
+    }
+    if (Ui::message(QStringLiteral("Are you sure you want to permanently delete the save log?\n") + SaveLogPath(),
+                    Ui::Buttons::YesNo, Ui::Icon::Question, QStringLiteral("Delete Save Log?")) == Ui::Answer::Yes)
+        DeleteSaveLog();
+}
 
 void frmTree::mnuOpenError_Click() { showLog(ErrorLogPath(), QStringLiteral("There is no error log: no error has happened since the program started.")); }
 
@@ -805,6 +870,8 @@ void frmTree::mnuClearRecent_Click() { ClearRecent(); }
 
 void frmTree::mnuUpdateDatabase_Click()
 {
+    if (gDatabase.isReadOnly())
+        return;
     try {
         CheckDatabase(gDatabase, true, true);
         ReadUserSettings();
@@ -812,6 +879,15 @@ void frmTree::mnuUpdateDatabase_Click()
         LogError(QStringLiteral("Repair Old Version Database error ") + QString::number(e.number()) +
                  QStringLiteral(" - ") + e.description());
     }
+}
+
+void frmTree::UserSettingsChanged()
+{
+    TabStrip1->setTabText(tabIndex(QStringLiteral("Individual")),
+                          gUser.Animal.isEmpty() ? QStringLiteral("Individual") : gUser.Animal);
+    Lists::LoadTitles(gUser.Prefix);
+    pane->reloadCriteria();
+    RunTabProcess();
 }
 
 void frmTree::Unload()
@@ -865,14 +941,46 @@ void ExitProgram()
 
 frmTree* MainWindow() { return gMainWindow; }
 
-void ShowMainWindow()
+namespace {
+
+bool gReplacementPending = false;
+
+void replaceMainWindow()
 {
+    gReplacementPending = false;
     // Between the old window's close and the new one's show no window is up; the program must not end there.
     const bool quitOnLast = QGuiApplication::quitOnLastWindowClosed();
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    // A wizard opened for the new file waits on the window that shows it, and must not go with the old one.
+    QPointer<frmNewUser> wizard = SetupWizardWindow();
+    if (wizard && wizard->parentWidget())
+        wizard->setParent(nullptr, wizard->windowFlags());
     if (gMainWindow)
         gMainWindow->Unload();
     gMainWindow = new frmTree;
     gMainWindow->show();
+    if (wizard) {
+        wizard->setParent(gMainWindow, wizard->windowFlags());
+        wizard->show();
+        wizard->raise();
+        wizard->activateWindow();
+    }
     QGuiApplication::setQuitOnLastWindowClosed(quitOnLast);
+}
+
+} // namespace
+
+void ShowMainWindow()
+{
+    if (!gMainWindow) {
+        replaceMainWindow();
+        return;
+    }
+    if (gReplacementPending)
+        return;
+    gReplacementPending = true;
+    // The old window may be the one whose menu asked for the new file (Database > New): it is replaced
+    // once that command has returned to the event loop, never from inside it. Bound to the old window,
+    // so that a window closed in the meantime takes the replacement with it.
+    QMetaObject::invokeMethod(gMainWindow, &replaceMainWindow, Qt::QueuedConnection);
 }

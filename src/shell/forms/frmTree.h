@@ -71,6 +71,8 @@ public:
 
     // Closes the window as a change of data file does: the recent lists are written, the program goes on.
     void Unload();
+    // The settings of the open file were saved again: the species word and the search criteria follow.
+    void UserSettingsChanged();
 
 public slots:
     void TabStrip1_Click();
