@@ -56,6 +56,17 @@ void printAnimal(const Animal& a, QTextStream& out)
 
 } // namespace
 
+void PrintRecord(const QString& requested, QTextStream& out)
+{
+    Animal animal;
+    QString name = requested;
+    animal.SetCurrentAnimal(name);
+    if (animal.name.isEmpty())
+        fail(QStringLiteral("No animal named %1 in the data file").arg(requested));
+    printAnimal(animal, out);
+    out << "awards\n" << EscapeField(animal.Get_Awards(false)) << '\n';
+}
+
 int cmdAnimal(const CommandLine& cl, QTextStream& out)
 {
     cl.expect({QStringLiteral("PATH"), QStringLiteral("NAME")});
@@ -63,11 +74,7 @@ int cmdAnimal(const CommandLine& cl, QTextStream& out)
     gDatabaseFile = QFileInfo(cl.at(0)).absoluteFilePath();
     try {
         ReadUserSettings();
-        Animal animal;
-        QString name = cl.at(1);
-        animal.SetCurrentAnimal(name);
-        printAnimal(animal, out);
-        out << "awards\n" << EscapeField(animal.Get_Awards(false)) << '\n';
+        PrintRecord(cl.at(1), out);
     } catch (...) {
         CloseDatabase();
         throw;

@@ -112,6 +112,13 @@ Database openExisting(const QString& path);
 
 // The commands added by the record subsystem.
 int cmdAnimal(const CommandLine& cl, QTextStream& out);
+// The record of that name as `animal` prints it; fails when there is none.
+void PrintRecord(const QString& name, QTextStream& out);
+// `add` and `edit`: the add form's save, without its window (RecordCommands.cpp).
+int cmdAdd(const CommandLine& cl, QTextStream& out);
+int cmdEdit(const CommandLine& cl, QTextStream& out);
+// The options of a record's fields that add and edit take.
+QStringList RecordOptions();
 int cmdSearch(const CommandLine& cl, QTextStream& out);
 int cmdTitle(const CommandLine& cl, QTextStream& out);
 // Pedigrees and genetics (TreeCommands.cpp, CoiCommands.cpp, DescendantsCommands.cpp).

@@ -261,6 +261,8 @@ const std::vector<CommandEntry>& commandTable()
         {"generate", cmdGenerate, {QStringLiteral("animals"), QStringLiteral("generations"), QStringLiteral("seed")}, {}},
         {"demo", cmdDemo, {QStringLiteral("seed")}, {}},
         {"animal", cmdAnimal, {}, {}},
+        {"add", cmdAdd, RecordOptions(), {}},
+        {"edit", cmdEdit, RecordOptions() << QStringLiteral("rename") << QStringLiteral("similar"), {}},
         {"search", cmdSearch, {QStringLiteral("field1"), QStringLiteral("field2"), QStringLiteral("value2")},
          {QStringLiteral("contains"), QStringLiteral("current")}},
         {"title", cmdTitle, {}, {}},
@@ -346,6 +348,16 @@ QString UsageText()
         "                            a new data file holding a synthetic stud (8 generations, seed 1)\n"
         "  demo PATH [--seed S]      a new data file with a small rabbit stud and its settings filled\n"
         "  animal PATH NAME          the record of one animal, one field<TAB>value a line, then its awards\n"
+        "  add PATH --name N --sex S [--sire S --dam D --breed B --colour C --cage C --tag T --dob D\n"
+        "      --owner F --breeder F --COLUMN VALUE ...]\n"
+        "                            a new record, checked and saved as the add form saves it; then the\n"
+        "                            record as animal prints it. Sex is male, female, undefined or the\n"
+        "                            file's word; flags (owner, breeder, leased, sold, deceased) take\n"
+        "                            yes/no; other COLUMNs: callname, prefix, suffix, datesold,\n"
+        "                            datedeceased, customfield1 to customfield12\n"
+        "  edit PATH NAME [--rename NEW] [--similar NEW] [--COLUMN VALUE ...]\n"
+        "                            changes a record as the edit form does (a rename reaches every\n"
+        "                            table and the pictures); --similar makes a new record from it\n"
         "  search PATH VALUE1 [--field1 CAPTION] [--field2 CAPTION --value2 VALUE [--contains]] [--current]\n"
         "                            the search list's lines, then the count of results\n"
         "  title PATH NAME           the title at the start of NAME, then NAME without it\n"

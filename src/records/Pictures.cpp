@@ -224,7 +224,7 @@ void ViewPicture(const QString& path)
         LogError(QStringLiteral("Open Windows and Fax Viewer Error 53 - File not found: ") + path);
         return;
     }
-    Ui::showPath(path);
+    Ui::showPathOrSay(path);
 }
 
 QString ChangePictureCaption(int slot)

@@ -47,13 +47,6 @@ protected:
     TestEnv env;
 };
 
-const QString kNotice = QStringLiteral(
-    "The program cannot find the record you are looking for in this database.\\r"
-    "You may have clicked on a record in the recent list which no longer exists or has been renamed.\\r"
-    "The list may belong to another database with the same name which you have opened recently.\\r"
-    "You can reset your recent names list by choosing Database > Clear Recent Names List from the top menu.\\r"
-    "To find records in this database click the SEARCH button. \\r");
-
 TEST_F(CliAnimal, PrintsEveryFieldInOrderThenTheAwards)
 {
     const QString file = newFile();
@@ -93,15 +86,13 @@ TEST_F(CliAnimal, PrintsEveryFieldInOrderThenTheAwards)
     EXPECT_EQ(value(r.out, "pictureLabel2"), "Show");
 }
 
-TEST_F(CliAnimal, ANameWithNoRowPrintsTheEmptyRecordAndTheNotice)
+TEST_F(CliAnimal, ANameWithNoRowFails)
 {
     const QString file = newFile();
     const CliRun r = run({"animal", file, "Nobody"});
-    ASSERT_EQ(r.code, 0) << r.err.toStdString();
-    EXPECT_EQ(value(r.out, "name"), "");
-    EXPECT_EQ(value(r.out, "id"), "0");
-    EXPECT_EQ(value(r.out, "sold"), "False");
-    EXPECT_TRUE(r.out.endsWith("awards\n" + kNotice + "\n")) << r.out.toStdString();
+    EXPECT_EQ(r.code, 1);
+    EXPECT_EQ(r.err, "No animal named Nobody in the data file\n");
+    EXPECT_TRUE(r.out.isEmpty());
 }
 
 TEST_F(CliAnimal, BadCommandLinesFailWithOneLine)

@@ -123,14 +123,15 @@ TEST_F(CliCoi, BulkRunsPrintEveryRowAndTheEnd)
     EXPECT_EQ(coiById(file).value(QStringLiteral("7")), QString());
 }
 
-TEST_F(CliCoi, ANullParentEndsTheBulkRunWithoutItsLastLine)
+TEST_F(CliCoi, ANullParentEndsTheBulkRunAndSaysSo)
 {
     const QString file = stud(QStringLiteral("broken.cav"), {{"First", "", "", "male", "5"},
                                                              {"Broken", "NULL", "", "female", "5"},
                                                              {"Last", "First", "First", "male", "5"}});
     const CliResult r = RunTool({QStringLiteral("coi"), file, QStringLiteral("--all")});
-    ASSERT_EQ(r.code, 0) << r.err.toStdString();
+    EXPECT_EQ(r.code, 1);
     EXPECT_EQ(r.out, QStringLiteral("First\tRex\tBuck\t00%\nBroken\tRex\tDoe\t\n"));
+    EXPECT_EQ(r.err, QStringLiteral("Update All stopped before the end: Broken has no Father field (it is Null).\n"));
     const QHash<QString, QString> values = coiById(file);
     EXPECT_EQ(values.value(QStringLiteral("1")), QStringLiteral("0"));
     EXPECT_EQ(values.value(QStringLiteral("3")), QString());

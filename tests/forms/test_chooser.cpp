@@ -48,8 +48,8 @@ QString makeDataFile(const QString& folder, const QString& name, const QString& 
 QString defaultSetting()
 {
     QSettings settings(QStringLiteral("tessorin"), QStringLiteral("tessorin"));
-    return settings.contains(QStringLiteral("Default Database"))
-               ? settings.value(QStringLiteral("Default Database")).toString()
+    return settings.contains(QStringLiteral("Options/Default Database"))
+               ? settings.value(QStringLiteral("Options/Default Database")).toString()
                : QStringLiteral("<none>");
 }
 

@@ -143,6 +143,7 @@ frmCalculator::frmCalculator(QWidget* parent) : QDialog(parent)
     connect(optMotherCStock, &QCheckBox::clicked, this, &frmCalculator::optMotherCStock_Click);
 
     emptyGauge();
+    resetbuttons();
     LoadInBreeding();
 }
 
@@ -194,6 +195,11 @@ void frmCalculator::resetbuttons()
     cmdShowMine->setText(QStringLiteral("Show Mine"));
     for (QPushButton* b : {cmdCalculateCoef, cmdCalculateAllCOI, cmdShow, cmdUpdateMine, cmdShowMine})
         b->setEnabled(true);
+    // The two runs store what they work out; a file opened for reading takes nothing.
+    for (QPushButton* b : {cmdCalculateAllCOI, cmdUpdateMine}) {
+        b->setEnabled(!gDatabase.isReadOnly());
+        b->setToolTip(gDatabase.isReadOnly() ? QStringLiteral("The data file is open read-only.") : QString());
+    }
 }
 
 void frmCalculator::setColumns(const QVector<Calculator::Column>& columns)

@@ -26,6 +26,8 @@ const QString kHint = QStringLiteral("Mouse over to view details. Double-click t
 
 void EditFromTree(RecordHost* host, const QString& name, QWidget* parent, const std::function<void(frmAdd&)>& run)
 {
+    if (gDatabase.isReadOnly())
+        return;
     EditMode = true;
     {
         frmAdd form(host, QStringLiteral("Family Tree"), parent);

@@ -196,11 +196,11 @@ bool IsOpenDataFile(const QString& path)
     return gDatabase.isOpen() && !gDatabaseFile.isEmpty() && samePath(gDatabaseFile) == samePath(path);
 }
 
-QString DefaultDatabase() { return GetSetting(QString(), kDefaultKey, QStringLiteral("1")); }
+QString DefaultDatabase() { return GetSetting(QStringLiteral("Options"), kDefaultKey, QStringLiteral("1")); }
 
-void SetDefaultDatabase(const QString& path) { SaveSetting(QString(), kDefaultKey, path); }
+void SetDefaultDatabase(const QString& path) { SaveSetting(QStringLiteral("Options"), kDefaultKey, path); }
 
-void RemoveDefault() { DeleteSetting(QString(), kDefaultKey); }
+void RemoveDefault() { DeleteSetting(QStringLiteral("Options"), kDefaultKey); }
 
 bool RunLoadOrder(const QString& commandLine)
 {
