@@ -189,9 +189,8 @@ std::optional<BoxFields> ReadBoxFields(const QString& name, const PrintSettings&
 
 QStringList LitterMates(const QString& subject, const QString& father, const QString& mother)
 {
-    // A mother recorded as "Unknown" still counts as known here, as the father does not.
-    const bool fatherKnown = !IsNobody(father);
-    if (!fatherKnown && mother.isEmpty())
+    // Animals whose parents are both nobody are no family of each other.
+    if (IsNobody(father) && IsNobody(mother))
         return {};
     QStringList mates;
     try {

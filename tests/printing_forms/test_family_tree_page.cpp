@@ -326,6 +326,16 @@ TEST_F(FamilyTreePageTest, NamesWithApostrophesAndLitterMates)
         << box(0)->text().toStdString();
 }
 
+TEST_F(FamilyTreePageTest, FoundersAreNoLitterMatesOfEachOther)
+{
+    add(QStringLiteral("Founder"), QString(), QStringLiteral("Unknown"));
+    add(QStringLiteral("Stray"), QString(), QStringLiteral("Unknown"));
+    add(QStringLiteral("Waif"), QStringLiteral("Unknown"), QString());
+    choose(QStringLiteral("Founder"));
+    showForm(4);
+    EXPECT_FALSE(box(0)->text().contains(QStringLiteral("Same Family Tree:"))) << box(0)->text().toStdString();
+}
+
 TEST_F(FamilyTreePageTest, TheHoverPopupShowsTheBoxsAnimalAndLeavesTheCurrentOne)
 {
     add(QStringLiteral("Pip"), QStringLiteral("O$Hara"), QStringLiteral("Mum"));

@@ -196,9 +196,11 @@ void frmCalculator::resetbuttons()
     for (QPushButton* b : {cmdCalculateCoef, cmdCalculateAllCOI, cmdShow, cmdUpdateMine, cmdShowMine})
         b->setEnabled(true);
     // The two runs store what they work out; a file opened for reading takes nothing.
-    for (QPushButton* b : {cmdCalculateAllCOI, cmdUpdateMine}) {
-        b->setEnabled(!gDatabase.isReadOnly());
-        b->setToolTip(gDatabase.isReadOnly() ? QStringLiteral("The data file is open read-only.") : QString());
+    if (gDatabase.isReadOnly()) {
+        for (QPushButton* b : {cmdCalculateAllCOI, cmdUpdateMine}) {
+            b->setEnabled(false);
+            b->setToolTip(QStringLiteral("The data file is open read-only."));
+        }
     }
 }
 
