@@ -4,6 +4,7 @@
 
 #include "records/Lists.h"
 #include "records/Titles.h"
+#include "shell/Log.h"
 #include "shell/OpenDataFile.h"
 #include "shell/globals.h"
 
@@ -26,15 +27,18 @@ int cmdSearch(const CommandLine& cl, QTextStream& out)
     const QString value1 = cl.at(1);
     openForList(cl.at(0));
     Lists::ListSink searchList;
-    // A failed search leaves the list empty and is in the error log; the count line still tells.
-    Lists::FillSearchList(searchList, field1, value1, cl.value(QStringLiteral("field2")),
-                          cl.value(QStringLiteral("value2")),
-                          cl.flag(QStringLiteral("current")), cl.flag(QStringLiteral("contains")));
+    // A failed search leaves the list empty and is in the error log; the count line still tells, and
+    // the exit status says it failed.
+    const bool searched = Lists::FillSearchList(searchList, field1, value1, cl.value(QStringLiteral("field2")),
+                                                cl.value(QStringLiteral("value2")), cl.flag(QStringLiteral("current")),
+                                                cl.flag(QStringLiteral("contains")));
     SearchResults.Close();
     CloseDatabase();
     for (const QString& item : std::as_const(searchList.items))
         out << EscapeField(item) << '\n';
     out << EscapeField(Lists::ResultsCountText(searchList.count(), value1)) << '\n';
+    if (!searched)
+        fail(QStringLiteral("The search failed; its error is the last line of ") + ErrorLogPath());
     return kExitOk;
 }
 

@@ -63,13 +63,17 @@ TEST_F(CliSearch, BothCriteriaAndTheCallName)
 
 TEST_F(CliSearch, AFailedSearchPrintsTheCountAndLogs)
 {
-    Outcome r = run({"search", file, "", "--current"});
-    EXPECT_EQ(r.code, 0);
-    EXPECT_EQ(r.out, "No results found.\n");
+    for (const QStringList& failing : {QStringList{"search", file, "", "--current"},
+                                       QStringList{"search", file, "x", "--field1", "Bogus"}}) {
+        const Outcome f = run(failing);
+        EXPECT_EQ(f.code, 1);
+        EXPECT_EQ(f.out, "No results found.\n");
+        EXPECT_TRUE(f.err.startsWith("The search failed; its error is the last line of ")) << f.err.toStdString();
+    }
     // An apostrophe in a value is searched for, not a break in the statement.
-    r = run({"search", file, "All Records", "--field2", "Name", "--value2", "O'H", "--contains"});
+    Outcome r = run({"search", file, "All Records", "--field2", "Name", "--value2", "O'H", "--contains"});
     EXPECT_TRUE(r.out.startsWith("O'Hara")) << r.out.toStdString();
-    EXPECT_EQ(errorLog().split('\n', Qt::SkipEmptyParts).size(), 1);
+    EXPECT_EQ(errorLog().split('\n', Qt::SkipEmptyParts).size(), 2);
 
     r = run({"search", file, "x", "--value2", "y"});
     EXPECT_EQ(r.code, 2);
