@@ -70,15 +70,7 @@ void PrintRecord(const QString& requested, QTextStream& out)
 int cmdAnimal(const CommandLine& cl, QTextStream& out)
 {
     cl.expect({QStringLiteral("PATH"), QStringLiteral("NAME")});
-    gDatabase = openExisting(cl.at(0));
-    gDatabaseFile = QFileInfo(cl.at(0)).absoluteFilePath();
-    try {
-        ReadUserSettings();
-        PrintRecord(cl.at(1), out);
-    } catch (...) {
-        CloseDatabase();
-        throw;
-    }
-    CloseDatabase();
+    const OpenedDataFile file(cl.at(0));
+    PrintRecord(cl.at(1), out);
     return kExitOk;
 }

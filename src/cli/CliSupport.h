@@ -11,6 +11,7 @@
 #include <QStringList>
 #include <QTextStream>
 #include <cstdio>
+#include <memory>
 
 // A failure that ends the command with a message; the code says whose fault it was.
 struct CliFailure {
@@ -109,6 +110,21 @@ public:
 // Opens an existing data file for a command, as the program opens it; fails with one line when it
 // cannot.
 Database openExisting(const QString& path);
+
+// A command's hold on a data file as the program holds the open one: gDatabase, gDatabaseFile, the
+// settings in gUser, and the command line's dialog service. All of it is given back however the
+// command ends.
+class OpenedDataFile {
+public:
+    explicit OpenedDataFile(const QString& path);
+    ~OpenedDataFile();
+    OpenedDataFile(const OpenedDataFile&) = delete;
+    OpenedDataFile& operator=(const OpenedDataFile&) = delete;
+
+private:
+    void release();
+    std::unique_ptr<Ui::Service> m_previousUi;
+};
 
 // The commands added by the record subsystem.
 int cmdAnimal(const CommandLine& cl, QTextStream& out);

@@ -74,12 +74,9 @@ int cmdCoi(const CommandLine& cl, QTextStream& out)
         cl.expect({QStringLiteral("PATH"), QStringLiteral("NAME")});
     const qint16 generations = qint16(cl.number(QStringLiteral("generations"), 6, -32768, 32767));
 
-    gDatabase = openExisting(cl.at(0));
-    gDatabaseFile = QFileInfo(cl.at(0)).absoluteFilePath();
-    std::unique_ptr<Ui::Service> previousUi = Ui::replace(std::make_unique<StderrUi>());
+    const OpenedDataFile file(cl.at(0));
     PrintingView view(out, generations);
-    try {
-        ReadUserSettings();
+    {
         if (all || mine) {
             QString stopped;
             const bool completed = UpdateCoefficients(Calculator::BulkQuery(mine), view, &stopped);
@@ -98,12 +95,6 @@ int cmdCoi(const CommandLine& cl, QTextStream& out)
                 f = CalculateCoefficient(choice->name, choice->sire, choice->dam, generations, true, true, &view);
             out << Calculator::CoefficientText(f) << '\n';
         }
-    } catch (...) {
-        Ui::replace(std::move(previousUi));
-        CloseDatabase();
-        throw;
     }
-    Ui::replace(std::move(previousUi));
-    CloseDatabase();
     return kExitOk;
 }

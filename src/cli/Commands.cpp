@@ -283,6 +283,27 @@ Database openExisting(const QString& path)
     return OpenWithPassword(path);
 }
 
+OpenedDataFile::OpenedDataFile(const QString& path)
+{
+    gDatabase = openExisting(path);
+    gDatabaseFile = QFileInfo(path).absoluteFilePath();
+    m_previousUi = Ui::replace(std::make_unique<StderrUi>());
+    try {
+        ReadUserSettings();
+    } catch (...) {
+        release();
+        throw;
+    }
+}
+
+OpenedDataFile::~OpenedDataFile() { release(); }
+
+void OpenedDataFile::release()
+{
+    Ui::replace(std::move(m_previousUi));
+    CloseDatabase();
+}
+
 QString EscapeField(const QString& text)
 {
     QString s;

@@ -12,11 +12,9 @@
 int cmdDescendants(const CommandLine& cl, QTextStream& out)
 {
     cl.expect({QStringLiteral("PATH"), QStringLiteral("NAME")});
-    gDatabase = openExisting(cl.at(0));
-    gDatabaseFile = QFileInfo(cl.at(0)).absoluteFilePath();
     Descendants descendants;
-    try {
-        ReadUserSettings();
+    {
+        const OpenedDataFile file(cl.at(0));
         // The page starts from the current animal's record: its decoded name and its sex.
         Animal animal;
         QString name = cl.at(1);
@@ -24,11 +22,7 @@ int cmdDescendants(const CommandLine& cl, QTextStream& out)
         if (animal.storedName.isEmpty())
             fail(QStringLiteral("No animal named \"%1\" in %2").arg(cl.at(1), cl.at(0)));
         descendants.LoadDescendants(animal.name, animal.sex);
-    } catch (...) {
-        CloseDatabase();
-        throw;
     }
-    CloseDatabase();
     const QStringList titles = descendants.refreshDescendantTitles();
     for (int g = 1; g <= kDescendantGenerations; ++g) {
         out << titles.at(g - 1) << '\n';

@@ -5,12 +5,8 @@
 
 #include "records/Animal.h"
 #include "records/RecordForm.h"
-#include "shell/OpenDataFile.h"
 #include "shell/globals.h"
 
-#include <QFileInfo>
-#include <functional>
-#include <memory>
 
 namespace {
 
@@ -94,26 +90,6 @@ int saveRecord(const CommandLine& cl, QTextStream& out, Animal record, bool isEd
     return kExitOk;
 }
 
-// Opens the file for a record command and runs it with the command line's dialog service.
-int withDataFile(const CommandLine& cl, const std::function<int()>& run)
-{
-    gDatabase = openExisting(cl.at(0));
-    gDatabaseFile = QFileInfo(cl.at(0)).absoluteFilePath();
-    std::unique_ptr<Ui::Service> previousUi = Ui::replace(std::make_unique<StderrUi>());
-    int code = kExitFailed;
-    try {
-        ReadUserSettings();
-        code = run();
-    } catch (...) {
-        Ui::replace(std::move(previousUi));
-        CloseDatabase();
-        throw;
-    }
-    Ui::replace(std::move(previousUi));
-    CloseDatabase();
-    return code;
-}
-
 } // namespace
 
 QStringList RecordOptions()
@@ -134,11 +110,10 @@ int cmdAdd(const CommandLine& cl, QTextStream& out)
     cl.expect({QStringLiteral("PATH")});
     if (!cl.has(QStringLiteral("name")))
         usage(QStringLiteral("add needs --name"));
-    return withDataFile(cl, [&] {
-        Animal record;
-        record.name = cl.value(QStringLiteral("name"));
-        return saveRecord(cl, out, record, false, QString(), QString());
-    });
+    const OpenedDataFile file(cl.at(0));
+    Animal record;
+    record.name = cl.value(QStringLiteral("name"));
+    return saveRecord(cl, out, record, false, QString(), QString());
 }
 
 int cmdEdit(const CommandLine& cl, QTextStream& out)
@@ -148,24 +123,23 @@ int cmdEdit(const CommandLine& cl, QTextStream& out)
         usage(QStringLiteral("edit takes --rename NEW for a new name"));
     if (cl.has(QStringLiteral("rename")) && cl.has(QStringLiteral("similar")))
         usage(QStringLiteral("edit takes --rename or --similar, not both"));
-    return withDataFile(cl, [&] {
-        Animal record;
-        QString name = cl.at(1);
-        record.SetCurrentAnimal(name);
-        if (record.name.isEmpty())
-            fail(QStringLiteral("No animal named %1 in the data file").arg(cl.at(1)));
-        const QString oldName = record.name;
-        // The form holds the dates as they are shown; the unknown date goes back as typed.
-        for (QString* date : {&record.dob, &record.dateSold, &record.dateDeceased})
-            if (*date == QLatin1String("Unknown"))
-                date->clear();
-        if (cl.has(QStringLiteral("similar"))) {
-            record.name = cl.value(QStringLiteral("similar"));
-            record.id = 0;
-            return saveRecord(cl, out, record, false, oldName, record.sexTerm);
-        }
-        if (cl.has(QStringLiteral("rename")))
-            record.name = cl.value(QStringLiteral("rename"));
-        return saveRecord(cl, out, record, true, oldName, record.sexTerm);
-    });
+    const OpenedDataFile file(cl.at(0));
+    Animal record;
+    QString name = cl.at(1);
+    record.SetCurrentAnimal(name);
+    if (record.name.isEmpty())
+        fail(QStringLiteral("No animal named %1 in the data file").arg(cl.at(1)));
+    const QString oldName = record.name;
+    // The form holds the dates as they are shown; the unknown date goes back as typed.
+    for (QString* date : {&record.dob, &record.dateSold, &record.dateDeceased})
+        if (*date == QLatin1String("Unknown"))
+            date->clear();
+    if (cl.has(QStringLiteral("similar"))) {
+        record.name = cl.value(QStringLiteral("similar"));
+        record.id = 0;
+        return saveRecord(cl, out, record, false, oldName, record.sexTerm);
+    }
+    if (cl.has(QStringLiteral("rename")))
+        record.name = cl.value(QStringLiteral("rename"));
+    return saveRecord(cl, out, record, true, oldName, record.sexTerm);
 }
