@@ -70,21 +70,19 @@ bool OpenDataFile(const QString& path, Database& database)
         gDatabaseFile = path;
         if (database.isReadOnly()) {
             // Nothing may be written: no check, no upgrade, no wizard; the user is told once why.
-            QString text = QStringLiteral("The data file ") + QFileInfo(path).fileName() +
-                           QStringLiteral(" can only be read: ") + WhyReadOnly(path) +
-                           QStringLiteral(".\nYou can look at its records, but nothing you change can be saved. "
-                                          "To work in it, copy it into your Documents folder or ask for write "
-                                          "access.");
+            const QString why = QStringLiteral("The data file ") + QFileInfo(path).fileName() +
+                                QStringLiteral(" can only be read: ") + WhyReadOnly(path) + QStringLiteral(".\n");
             const bool current = GetVersionText(database) == ProgramVersionText();
             if (!current && !hasTables(database)) {
-                Ui::message(QStringLiteral("The data file ") + QFileInfo(path).fileName() +
-                                QStringLiteral(" can only be read: ") + WhyReadOnly(path) +
-                                QStringLiteral(".\nIt has not been set up yet, which needs writing, so it "
-                                               "cannot be opened."),
+                Ui::message(why + QStringLiteral("It has not been set up yet, which needs writing, so it cannot be "
+                                                 "opened."),
                             Ui::Buttons::Ok, Ui::Icon::Exclamation, QStringLiteral("Read-Only Data File"));
                 database.Close();
                 return false;
             }
+            QString text = why + QStringLiteral("You can look at its records, but nothing you change can be saved. "
+                                                "To work in it, copy it into your Documents folder or ask for write "
+                                                "access.");
             if (!current)
                 text += QStringLiteral("\nIt was saved by another version of Tessorin and will be brought up to "
                                        "date the first time it is opened with write access; until then some "
