@@ -9,7 +9,7 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-#include "shell/Folders.h"
+#include "base/Folders.h"
 #include <cstdio>
 
 // Makes a new stud of `animals` animals at path (seed 2024); false, with the reason on stderr, when the

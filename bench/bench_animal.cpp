@@ -3,9 +3,9 @@
 // change of current animal: with an empty pictures folder (target under 1 ms) and with 2,000 picture
 // files in it (target under 5 ms).
 #include "records/Animal.h"
-#include "shell/Folders.h"
-#include "shell/OpenDataFile.h"
-#include "shell/globals.h"
+#include "base/Folders.h"
+#include "session/OpenDataFile.h"
+#include "session/globals.h"
 #include "store/DataFile.h"
 
 #include "BenchStud.h"

@@ -6,8 +6,8 @@
 // stud also without a transaction, as the program always ran it.
 #include "genetics/Calculator.h"
 #include "genetics/Coefficient.h"
-#include "shell/OpenDataFile.h"
-#include "shell/globals.h"
+#include "session/OpenDataFile.h"
+#include "session/globals.h"
 #include "store/DataFile.h"
 
 #include "../tests/genetics/LiteralCoefficient.h"

@@ -2,8 +2,8 @@
 // The descendants of animals of a 50,000-animal stud made by tessorin-cli: the founders, whose nine
 // generations hold the most entries, and animals from the middle of the stud.
 #include "genetics/Descendants.h"
-#include "shell/OpenDataFile.h"
-#include "shell/globals.h"
+#include "session/OpenDataFile.h"
+#include "session/globals.h"
 #include "store/DataFile.h"
 
 #include "BenchStud.h"

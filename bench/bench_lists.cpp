@@ -2,8 +2,8 @@
 // The record lists on a 50,000-animal stud made by tessorin-cli: "All Records" into the result list
 // (target: under 300 ms) and RecordExists for a name that is not there (target: under 50 ms).
 #include "records/Lists.h"
-#include "shell/Folders.h"
-#include "shell/globals.h"
+#include "base/Folders.h"
+#include "session/globals.h"
 #include "store/DataFile.h"
 
 #include "BenchStud.h"

@@ -5,8 +5,8 @@
 #include "printing/forms/FamilyTreePage.h"
 #include "printing/forms/pedigree.h"
 #include "records/Animal.h"
-#include "shell/OpenDataFile.h"
-#include "shell/globals.h"
+#include "session/OpenDataFile.h"
+#include "session/globals.h"
 #include "store/DataFile.h"
 
 #include "BenchStud.h"

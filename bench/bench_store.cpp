@@ -3,7 +3,7 @@
 // normal open takes (targets: under 15 s and under 100 ms, the open making no schema call), how long
 // its test for damage takes (under 60 ms), and how long a search by name takes (target: under 30
 // microseconds).
-#include "shell/Folders.h"
+#include "base/Folders.h"
 #include "store/DataFile.h"
 #include "store/IntegrityCheck.h"
 #include "store/User.h"

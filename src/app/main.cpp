@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The window program: tessorin [PATH]. A double click on a data file starts it with the file's path.
-#include "shell/Folders.h"
-#include "shell/OpenDataFile.h"
-#include "shell/Platform.h"
-#include "shell/Ui.h"
-#include "shell/forms/Main.h"
-#include "shell/forms/QtUi.h"
-#include "shell/forms/Shell.h"
+#include "base/Folders.h"
+#include "session/OpenDataFile.h"
+#include "base/Platform.h"
+#include "base/Ui.h"
+#include "shell/Main.h"
+#include "shell/QtUi.h"
+#include "shell/Shell.h"
 
 #include <QApplication>
 #include <QGuiApplication>

@@ -3,8 +3,8 @@
 #include "cli/CliSupport.h"
 
 #include "records/Animal.h"
-#include "shell/OpenDataFile.h"
-#include "shell/globals.h"
+#include "session/OpenDataFile.h"
+#include "session/globals.h"
 
 #include <QFileInfo>
 

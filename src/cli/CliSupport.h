@@ -3,7 +3,7 @@
 #pragma once
 
 #include "cli/Commands.h"
-#include "shell/Ui.h"
+#include "base/Ui.h"
 #include "store/Database.h"
 
 #include <QHash>

@@ -5,9 +5,9 @@
 #include "cli/Commands.h"
 #include "genetics/Calculator.h"
 #include "genetics/Coefficient.h"
-#include "shell/OpenDataFile.h"
-#include "shell/Ui.h"
-#include "shell/globals.h"
+#include "session/OpenDataFile.h"
+#include "base/Ui.h"
+#include "session/globals.h"
 #include "store/DataFile.h"
 
 #include <QFileInfo>

@@ -4,8 +4,8 @@
 
 #include "genetics/Descendants.h"
 #include "records/Animal.h"
-#include "shell/OpenDataFile.h"
-#include "shell/globals.h"
+#include "session/OpenDataFile.h"
+#include "session/globals.h"
 
 #include <QFileInfo>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/Generator.h"
 
-#include "shell/Clock.h"
-#include "shell/Dates.h"
-#include "shell/OpenDataFile.h"
+#include "base/Clock.h"
+#include "base/Dates.h"
+#include "session/OpenDataFile.h"
 #include "store/DataFile.h"
 #include "store/SpeciesPresets.h"
 

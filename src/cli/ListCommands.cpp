@@ -4,9 +4,9 @@
 
 #include "records/Lists.h"
 #include "records/Titles.h"
-#include "shell/Log.h"
-#include "shell/OpenDataFile.h"
-#include "shell/globals.h"
+#include "base/Log.h"
+#include "session/OpenDataFile.h"
+#include "session/globals.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 
 #include "records/Animal.h"
 #include "records/RecordForm.h"
-#include "shell/globals.h"
+#include "session/globals.h"
 
 
 namespace {

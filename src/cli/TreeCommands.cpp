@@ -3,8 +3,8 @@
 #include "cli/CliSupport.h"
 #include "cli/Commands.h"
 #include "genetics/FamilyTree.h"
-#include "shell/OpenDataFile.h"
-#include "shell/globals.h"
+#include "session/OpenDataFile.h"
+#include "session/globals.h"
 
 int cmdTree(const CommandLine& cl, QTextStream& out)
 {

@@ -2,7 +2,7 @@
 // tessorin-cli: the batch and scripting tool. It opens, checks, queries and generates data files with
 // the same store and rules as the window program, and prints plain tab-separated text.
 #include "cli/Commands.h"
-#include "shell/Folders.h"
+#include "base/Folders.h"
 
 #include <QCoreApplication>
 #include <cstdio>

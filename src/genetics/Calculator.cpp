@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "genetics/Calculator.h"
 
-#include "shell/globals.h"
+#include "session/globals.h"
 #include "store/DataFile.h"
 
 #include <cmath>

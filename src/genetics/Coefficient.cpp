@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "genetics/Coefficient.h"
 
-#include "shell/Log.h"
-#include "shell/OpenDataFile.h"
-#include "shell/Ui.h"
-#include "shell/globals.h"
+#include "base/Log.h"
+#include "session/OpenDataFile.h"
+#include "base/Ui.h"
+#include "session/globals.h"
 #include "store/DataFile.h"
 #include "store/JetError.h"
 

@@ -2,8 +2,8 @@
 #include "genetics/Descendants.h"
 
 #include "genetics/FamilyTree.h"
-#include "shell/Log.h"
-#include "shell/globals.h"
+#include "base/Log.h"
+#include "session/globals.h"
 #include "store/DataFile.h"
 #include "store/JetError.h"
 

@@ -5,8 +5,8 @@
 #include "records/Animal.h"
 #include "records/Pictures.h"
 #include "records/Titles.h"
-#include "shell/OpenDataFile.h"
-#include "shell/globals.h"
+#include "session/OpenDataFile.h"
+#include "session/globals.h"
 #include "store/DataFile.h"
 #include "store/JetError.h"
 

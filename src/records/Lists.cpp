@@ -2,12 +2,12 @@
 #include "records/Lists.h"
 
 #include "records/Titles.h"
-#include "shell/Clock.h"
-#include "shell/Dates.h"
-#include "shell/Log.h"
-#include "shell/OpenDataFile.h"
-#include "shell/Ui.h"
-#include "shell/globals.h"
+#include "base/Clock.h"
+#include "base/Dates.h"
+#include "base/Log.h"
+#include "session/OpenDataFile.h"
+#include "base/Ui.h"
+#include "session/globals.h"
 #include "store/DataFile.h"
 
 Recordset SearchResults;

@@ -2,8 +2,8 @@
 #include "records/Pictures.h"
 
 #include "records/Animal.h"
-#include "shell/Log.h"
-#include "shell/Ui.h"
+#include "base/Log.h"
+#include "base/Ui.h"
 
 #include <QDir>
 #include <QDirIterator>

@@ -4,12 +4,12 @@
 #include "records/Animal.h"
 #include "records/Lists.h"
 #include "records/Pictures.h"
-#include "shell/Clock.h"
-#include "shell/Dates.h"
-#include "shell/OpenDataFile.h"
-#include "shell/Ui.h"
-#include "shell/Log.h"
-#include "shell/globals.h"
+#include "base/Clock.h"
+#include "base/Dates.h"
+#include "session/OpenDataFile.h"
+#include "base/Ui.h"
+#include "base/Log.h"
+#include "session/globals.h"
 #include "store/DataFile.h"
 
 #include <QRegularExpression>

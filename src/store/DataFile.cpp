@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/DataFile.h"
 
-#include "shell/Folders.h"
+#include "base/Folders.h"
 #include "store/Connection.h"
 
 #include <QDir>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/Database.h"
 
-#include "shell/Dates.h"
+#include "base/Dates.h"
 #include "store/Collation.h"
 #include "store/Connection.h"
 

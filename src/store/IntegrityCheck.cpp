@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/IntegrityCheck.h"
 
-#include "shell/Clock.h"
-#include "shell/Dates.h"
-#include "shell/Log.h"
-#include "shell/Ui.h"
+#include "base/Clock.h"
+#include "base/Dates.h"
+#include "base/Log.h"
+#include "base/Ui.h"
 #include "store/Collation.h"
 #include "store/Connection.h"
 #include "store/DataFile.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/JetFunctions.h"
 
-#include "shell/Clock.h"
-#include "shell/Dates.h"
+#include "base/Clock.h"
+#include "base/Dates.h"
 #include "store/JetTranslator.h"
 #include "store/JetTypes.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/User.h"
 
-#include "shell/Ui.h"
+#include "base/Ui.h"
 #include "store/DataFile.h"
 
 #include <limits>

@@ -6,8 +6,8 @@
 #include "support/TestEnv.h"
 
 #include "CliRunner.h"
-#include "shell/OpenDataFile.h"
-#include "shell/globals.h"
+#include "session/OpenDataFile.h"
+#include "session/globals.h"
 #include "store/Collation.h"
 #include "store/DataFile.h"
 #include "store/IntegrityCheck.h"

@@ -7,8 +7,8 @@
 #include "LiteralCoefficient.h"
 #include "genetics/Calculator.h"
 #include "genetics/Coefficient.h"
-#include "shell/OpenDataFile.h"
-#include "shell/globals.h"
+#include "session/OpenDataFile.h"
+#include "session/globals.h"
 #include "store/DataFile.h"
 
 #include <QTimer>

@@ -8,8 +8,8 @@
 #include "LiteralCoefficient.h"
 #include "genetics/Coefficient.h"
 #include "genetics/FamilyTree.h"
-#include "shell/OpenDataFile.h"
-#include "shell/globals.h"
+#include "session/OpenDataFile.h"
+#include "session/globals.h"
 #include "store/DataFile.h"
 
 #include <QFile>

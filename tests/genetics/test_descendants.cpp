@@ -4,8 +4,8 @@
 #include "support/TestEnv.h"
 
 #include "genetics/Descendants.h"
-#include "shell/OpenDataFile.h"
-#include "shell/globals.h"
+#include "session/OpenDataFile.h"
+#include "session/globals.h"
 #include "store/DataFile.h"
 
 #include <gtest/gtest.h>

@@ -6,8 +6,8 @@
 
 #include "genetics/forms/frmCalculator.h"
 #include "records/Animal.h"
-#include "shell/OpenDataFile.h"
-#include "shell/globals.h"
+#include "session/OpenDataFile.h"
+#include "session/globals.h"
 #include "store/DataFile.h"
 
 #include <QApplication>

@@ -11,8 +11,8 @@
 #include "records/forms/RecordHost.h"
 #include "records/forms/frmAdd.h"
 #include "records/forms/frmPopup.h"
-#include "shell/OpenDataFile.h"
-#include "shell/globals.h"
+#include "session/OpenDataFile.h"
+#include "session/globals.h"
 #include "store/DataFile.h"
 
 #include <QApplication>

@@ -4,12 +4,12 @@
 #include "support/TestEnv.h"
 
 #include "records/Animal.h"
-#include "shell/Clock.h"
-#include "shell/Dates.h"
-#include "shell/Log.h"
-#include "shell/OpenDataFile.h"
-#include "shell/RecentList.h"
-#include "shell/globals.h"
+#include "base/Clock.h"
+#include "base/Dates.h"
+#include "base/Log.h"
+#include "session/OpenDataFile.h"
+#include "session/RecentList.h"
+#include "session/globals.h"
 #include "store/Connection.h"
 #include "store/DataFile.h"
 

@@ -3,9 +3,9 @@
 #include "support/TestEnv.h"
 
 #include "records/Lists.h"
-#include "shell/Log.h"
-#include "shell/OpenDataFile.h"
-#include "shell/globals.h"
+#include "base/Log.h"
+#include "session/OpenDataFile.h"
+#include "session/globals.h"
 #include "store/DataFile.h"
 
 #include <gtest/gtest.h>

@@ -5,9 +5,9 @@
 
 #include "records/Animal.h"
 #include "records/Pictures.h"
-#include "shell/Log.h"
-#include "shell/OpenDataFile.h"
-#include "shell/globals.h"
+#include "base/Log.h"
+#include "session/OpenDataFile.h"
+#include "session/globals.h"
 #include "store/DataFile.h"
 
 #include <QDir>

@@ -5,8 +5,8 @@
 #include "support/TestEnv.h"
 
 #include "records/RecordForm.h"
-#include "shell/Clock.h"
-#include "shell/globals.h"
+#include "base/Clock.h"
+#include "session/globals.h"
 
 namespace {
 

@@ -7,9 +7,9 @@
 #include "records/Animal.h"
 #include "records/forms/RecordHost.h"
 #include "records/forms/frmAdd.h"
-#include "shell/OpenDataFile.h"
-#include "shell/RecentList.h"
-#include "shell/globals.h"
+#include "session/OpenDataFile.h"
+#include "session/RecentList.h"
+#include "session/globals.h"
 #include "store/Connection.h"
 #include "store/DataFile.h"
 

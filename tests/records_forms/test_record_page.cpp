@@ -8,8 +8,8 @@
 #include "records/forms/RecordPage.h"
 #include "records/forms/frmPictures.h"
 #include "records/forms/frmPopup.h"
-#include "shell/OpenDataFile.h"
-#include "shell/globals.h"
+#include "session/OpenDataFile.h"
+#include "session/globals.h"
 #include "store/DataFile.h"
 
 #include <QAction>

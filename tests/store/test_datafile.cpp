@@ -2,10 +2,10 @@
 // Making, recognising, opening and closing data files, and the text helpers of every statement.
 #include "StoreTest.h"
 
-#include "shell/Log.h"
-#include "shell/OpenDataFile.h"
-#include "shell/RecentList.h"
-#include "shell/globals.h"
+#include "base/Log.h"
+#include "session/OpenDataFile.h"
+#include "session/RecentList.h"
+#include "session/globals.h"
 #include "store/DataFile.h"
 
 #include <QFile>

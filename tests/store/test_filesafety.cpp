@@ -4,9 +4,9 @@
 // statements that nest too deeply.
 #include "StoreTest.h"
 
-#include "shell/Log.h"
-#include "shell/OpenDataFile.h"
-#include "shell/globals.h"
+#include "base/Log.h"
+#include "session/OpenDataFile.h"
+#include "session/globals.h"
 #include "store/Collation.h"
 #include "store/DataFile.h"
 #include "store/IntegrityCheck.h"

@@ -2,7 +2,7 @@
 // The integrity check on files built in the shapes older versions left behind.
 #include "StoreTest.h"
 
-#include "shell/Log.h"
+#include "base/Log.h"
 #include "store/DataFile.h"
 #include "store/IntegrityCheck.h"
 #include "store/Schema.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Jet's statements run on SQLite through the translator and its functions: what is stored and what
 // comes back must be what the Jet engine stores and gives.
-#include "shell/Clock.h"
-#include "shell/Dates.h"
+#include "base/Clock.h"
+#include "base/Dates.h"
 #include "store/JetError.h"
 #include "store/JetTranslator.h"
 #include "store/JetTypes.h"

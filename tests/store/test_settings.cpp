@@ -2,8 +2,8 @@
 // The settings row read into User and written back, and the words read through it.
 #include "StoreTest.h"
 
-#include "shell/OpenDataFile.h"
-#include "shell/globals.h"
+#include "session/OpenDataFile.h"
+#include "session/globals.h"
 #include "store/DataFile.h"
 #include "store/IntegrityCheck.h"
 #include "store/User.h"

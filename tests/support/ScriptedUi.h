@@ -2,7 +2,7 @@
 // The dialog service of the tests: it records every call and gives the answers a test queued ahead.
 #pragma once
 
-#include "shell/Ui.h"
+#include "base/Ui.h"
 
 #include <QList>
 #include <QQueue>

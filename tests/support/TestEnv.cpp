@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "TestEnv.h"
 
-#include "shell/Clock.h"
-#include "shell/Folders.h"
+#include "base/Clock.h"
+#include "base/Folders.h"
 
 #include <QDir>
 #include <QFile>

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "ScriptedUi.h"
-#include "shell/Dates.h"
+#include "base/Dates.h"
 
 #include <QDate>
 #include <QString>

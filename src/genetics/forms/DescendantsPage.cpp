@@ -2,7 +2,7 @@
 #include "genetics/forms/DescendantsPage.h"
 
 #include "records/Animal.h"
-#include "shell/globals.h"
+#include "session/globals.h"
 
 #include <QApplication>
 #include <QFontMetrics>

@@ -3,8 +3,8 @@
 
 #include "records/Animal.h"
 #include "records/forms/ListWidgets.h"
-#include "shell/Ui.h"
-#include "shell/globals.h"
+#include "base/Ui.h"
+#include "session/globals.h"
 #include "store/JetError.h"
 
 #include <QCheckBox>
@@ -80,7 +80,7 @@ frmCalculator::frmCalculator(QWidget* parent) : QDialog(parent)
     cmdUpdateMine = button(this, QStringLiteral("cmdUpdateMine"), QStringLiteral("Update mine"), QString());
     // Printing lists comes with the printing of lists.
     cmdPrintInbreeding = button(this, QStringLiteral("cmdPrintInbreeding"), QStringLiteral("Print Coefficient Details"),
-                                QStringLiteral("Not available yet"));
+                                Ui::kNotAvailableYet);
     cmdPrintInbreeding->setEnabled(false);
 
     gaugeArea = new QWidget(this);

@@ -7,7 +7,7 @@
 #include "records/Lists.h"
 #include "records/forms/RecordHost.h"
 #include "records/forms/frmAdd.h"
-#include "shell/globals.h"
+#include "session/globals.h"
 
 #include <QButtonGroup>
 #include <QCheckBox>

@@ -6,7 +6,7 @@
 #include "records/Animal.h"
 #include "records/forms/RecordPage.h"
 #include "records/forms/frmPopup.h"
-#include "shell/Folders.h"
+#include "base/Folders.h"
 #include "store/DataFile.h"
 
 #include <QCursor>

@@ -2,9 +2,8 @@
 #include "records/forms/RecordPage.h"
 
 #include "records/Pictures.h"
-#include "shell/Ui.h"
-#include "shell/globals.h"
-#include "shell/forms/frmTree.h"
+#include "base/Ui.h"
+#include "session/globals.h"
 
 #include <QAction>
 #include <QContextMenuEvent>
@@ -177,7 +176,7 @@ RecordPage::RecordPage(QWidget* parent) : QWidget(parent)
     cmdAddNotes = new QPushButton(QStringLiteral("Notes && Awards"), this);
     cmdAddNotes->setObjectName(QStringLiteral("cmdAddNotes"));
     cmdAddNotes->setEnabled(false);
-    cmdAddNotes->setToolTip(kNotAvailableYet);
+    cmdAddNotes->setToolTip(Ui::kNotAvailableYet);
 
     auto* details = new QVBoxLayout;
     details->addWidget(lblBoldTitle);

@@ -2,8 +2,8 @@
 #include "records/forms/SearchPane.h"
 
 #include "records/forms/ListWidgets.h"
-#include "shell/ProgramSettings.h"
-#include "shell/RecentList.h"
+#include "base/ProgramSettings.h"
+#include "session/RecentList.h"
 
 #include <QCheckBox>
 #include <QComboBox>

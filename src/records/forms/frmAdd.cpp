@@ -7,11 +7,11 @@
 #include "records/forms/ListWidgets.h"
 #include "records/forms/RecordHost.h"
 #include "records/forms/ShowRecordOnForm.h"
-#include "shell/Dates.h"
-#include "shell/Log.h"
-#include "shell/OpenDataFile.h"
-#include "shell/Ui.h"
-#include "shell/globals.h"
+#include "base/Dates.h"
+#include "base/Log.h"
+#include "session/OpenDataFile.h"
+#include "base/Ui.h"
+#include "session/globals.h"
 #include "store/DataFile.h"
 #include "store/JetError.h"
 
@@ -34,8 +34,6 @@
 
 namespace {
 
-// The texts of a command whose work comes with a later version of the program.
-const QString kNotAvailableYet = QStringLiteral("Not available yet");
 const QString kUnknown = QStringLiteral("Unknown");
 const QString kAddCaption = QStringLiteral("Add New Record");
 const QString kEditCaption = QStringLiteral("Edit Record");
@@ -324,7 +322,7 @@ void frmAdd::buildForm()
         const bool available = host && host->quickLinkAvailable(QLatin1String(link.kind));
         b->setEnabled(available);
         if (!available)
-            b->setToolTip(kNotAvailableYet);
+            b->setToolTip(Ui::kNotAvailableYet);
         connect(b, &QPushButton::clicked, this, handlers[i]);
         linkLayout->addWidget(b);
     }
