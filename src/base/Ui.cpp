@@ -5,18 +5,6 @@ namespace Ui {
 
 namespace {
 
-// Until the program installs its own: Ok to every box, and nothing typed or chosen.
-class SilentService final : public Service {
-public:
-    Answer message(const QString&, Buttons, Icon, const QString&) override { return Answer::Ok; }
-    QString input(const QString&, const QString&, const QString&) override { return QString(); }
-    QString openFile(const QString&, const QString&, const QString&) override { return QString(); }
-    QString saveFile(const QString&, const QString&, const QString&, const QString&) override { return QString(); }
-    QString chooseFolder(const QString&, const QString&) override { return QString(); }
-    void showPath(const QString&) override {}
-    void status(const QString&) override {}
-};
-
 std::unique_ptr<Service>& installed()
 {
     static std::unique_ptr<Service> current;
@@ -52,7 +40,7 @@ QString qtPatterns(const QString& pipedPatterns)
 
 Service& service()
 {
-    static SilentService silent;
+    static SilentService silent; // until the program installs its own
     Service* current = installed().get();
     return current ? *current : silent;
 }

@@ -39,6 +39,18 @@ public:
     virtual void status(const QString& text) = 0;
 };
 
+// Ok to every box, and nothing typed, chosen or shown: the service of a program with no one to ask.
+class SilentService : public Service {
+public:
+    Answer message(const QString&, Buttons, Icon, const QString&) override { return Answer::Ok; }
+    QString input(const QString&, const QString&, const QString&) override { return QString(); }
+    QString openFile(const QString&, const QString&, const QString&) override { return QString(); }
+    QString saveFile(const QString&, const QString&, const QString&, const QString&) override { return QString(); }
+    QString chooseFolder(const QString&, const QString&) override { return QString(); }
+    void showPath(const QString&) override {}
+    void status(const QString&) override {}
+};
+
 // The installed service. Until one is installed, a silent one answers Ok/"" to everything.
 Service& service();
 void install(std::unique_ptr<Service> s);

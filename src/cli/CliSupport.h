@@ -85,7 +85,7 @@ private:
 
 // The dialog service of the command line: a message goes to stderr as "title: text", a question
 // takes its first answer, and what would need a person (files, input) is cancelled.
-class StderrUi : public Ui::Service {
+class StderrUi : public Ui::SilentService {
 public:
     Ui::Answer message(const QString& text, Ui::Buttons buttons, Ui::Icon, const QString& title) override
     {
@@ -99,12 +99,6 @@ public:
         default: return Ui::Answer::Ok;
         }
     }
-    QString input(const QString&, const QString&, const QString&) override { return QString(); }
-    QString openFile(const QString&, const QString&, const QString&) override { return QString(); }
-    QString saveFile(const QString&, const QString&, const QString&, const QString&) override { return QString(); }
-    QString chooseFolder(const QString&, const QString&) override { return QString(); }
-    void showPath(const QString&) override {}
-    void status(const QString&) override {}
 };
 
 // Opens an existing data file for a command, as the program opens it; fails with one line when it
