@@ -58,9 +58,24 @@ void SetRegionalDateOrder(DateOrder order)
     regionalOrder = order;
 }
 
+namespace {
+// While the store evaluates a statement, the order of the file the statement runs on.
+thread_local std::optional<DateOrder> fileOrder;
+} // namespace
+
 DateOrder RegionalDateOrder()
 {
-    return regionalOrder;
+    return fileOrder ? *fileOrder : regionalOrder;
+}
+
+ScopedDateOrder::ScopedDateOrder(DateOrder order) : m_previous(fileOrder)
+{
+    fileOrder = order;
+}
+
+ScopedDateOrder::~ScopedDateOrder()
+{
+    fileOrder = m_previous;
 }
 
 DateOrder DateOrderForCountry(const QString& country)
@@ -112,7 +127,7 @@ std::optional<QDateTime> ParseDateText(const QString& text, DateOrder order)
 
 std::optional<QDateTime> ParseDateText(const QString& text)
 {
-    return ParseDateText(text, regionalOrder);
+    return ParseDateText(text, RegionalDateOrder());
 }
 
 std::optional<QDateTime> ToDateTime(const QVariant& value)
@@ -179,7 +194,7 @@ QString DateOrUnknown(const QVariant& value)
 
 QString FormatShortDate(const QDate& date)
 {
-    return date.toString(regionalOrder == DateOrder::MonthFirst ? QStringLiteral("MM/dd/yyyy")
+    return date.toString(RegionalDateOrder() == DateOrder::MonthFirst ? QStringLiteral("MM/dd/yyyy")
                                                                 : QStringLiteral("dd/MM/yyyy"));
 }
 

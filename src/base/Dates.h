@@ -10,11 +10,24 @@
 
 enum class DateOrder { MonthFirst, DayFirst };
 
-// The regional order of the open data file: month first for "United States", day first elsewhere.
-// Set from the settings row when it is read; day first until then.
+// The regional order of the open data file: month first for "United States", day first elsewhere
+// (also for an empty or unknown country). Set from the open file when it is read; day first until then.
 void SetRegionalDateOrder(DateOrder order);
 DateOrder RegionalDateOrder();
 DateOrder DateOrderForCountry(const QString& country);
+
+// Makes RegionalDateOrder() answer another file's order on this thread while it lives: the store
+// evaluates each statement in the order of the file it runs on, whichever file the window has open.
+class ScopedDateOrder {
+public:
+    explicit ScopedDateOrder(DateOrder order);
+    ~ScopedDateOrder();
+    ScopedDateOrder(const ScopedDateOrder&) = delete;
+    ScopedDateOrder& operator=(const ScopedDateOrder&) = delete;
+
+private:
+    std::optional<DateOrder> m_previous;
+};
 
 // Parses a date as IsDate accepts it: the given order with one- or two-digit day and month, two- or
 // four-digit year (00-29 are 2000s, 30-99 are 1900s) and the separators '/', '-', '.', or ISO

@@ -23,7 +23,8 @@ void readUserSettingsFrom(Database& database)
     gUser = User();
     gImagesFolder = InstallFolder() + QStringLiteral("images/");
     gUser.read(database);
-    SetRegionalDateOrder(DateOrderForCountry(gUser.Country));
+    // The window reads and shows dates as the store does for this file.
+    SetRegionalDateOrder(database.dateOrder());
 }
 } // namespace
 
@@ -107,10 +108,8 @@ bool OpenDataFile(const QString& path, Database& database)
         LoadRecentFile();
         ShowRecentList();
         if (database.isReadOnly()) {
-            if (gUser.Country.isEmpty()) {
+            if (gUser.Country.isEmpty())
                 gUser.Country = GetCountryName();
-                SetRegionalDateOrder(DateOrderForCountry(gUser.Country));
-            }
         } else {
             CheckRequiredSettings();
         }
@@ -150,10 +149,9 @@ void CloseDatabase()
 
 QStringList CheckRequiredSettings()
 {
-    if (gUser.Country.isEmpty()) {
+    // Only the wizard's suggestion: the file's dates keep reading day first until the country is saved.
+    if (gUser.Country.isEmpty())
         gUser.Country = GetCountryName();
-        SetRegionalDateOrder(DateOrderForCountry(gUser.Country));
-    }
     QStringList yellow;
     if (gUser.BreederName.isEmpty())
         yellow << QStringLiteral("txtBreeder");

@@ -364,8 +364,26 @@ void Connection::dropIdleStatements()
     }
 }
 
+DateOrder Connection::dateOrder()
+{
+    if (m_dateOrderKnown || !m_db)
+        return m_dateOrder;
+    m_dateOrderKnown = true;
+    m_dateOrder = DateOrder::DayFirst; // also with no settings row, no table or no such column
+    sqlite3_stmt* stmt = nullptr;
+    if (sqlite3_prepare_v2(m_db, "SELECT fldCountry FROM cavyuser ORDER BY rowid LIMIT 1", -1, &stmt, nullptr) ==
+            SQLITE_OK &&
+        sqlite3_step(stmt) == SQLITE_ROW) {
+        const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0));
+        m_dateOrder = DateOrderForCountry(QString::fromUtf8(text ? text : ""));
+    }
+    sqlite3_finalize(stmt);
+    return m_dateOrder;
+}
+
 void Connection::schemaChanged()
 {
+    m_dateOrderKnown = false; // the settings table may have come or gone
     m_schema.clear();
     dropIdleStatements();
 }

@@ -67,6 +67,11 @@ public:
     void countSchemaCall() { ++m_schemaCalls; }
     qint64 schemaCalls() const { return m_schemaCalls; }
 
+    // The regional order of the file's dates, from the country of its settings row; read again after
+    // anything writes that row.
+    DateOrder dateOrder();
+    void settingsRowChanged() { m_dateOrderKnown = false; }
+
     int recordsAffected = 0;
     int transactionDepth = 0;
 
@@ -74,6 +79,8 @@ private:
     sqlite3* m_db = nullptr;
     QString m_path;
     QHash<QString, PreparedStatement*> m_cache;
+    DateOrder m_dateOrder = DateOrder::DayFirst;
+    bool m_dateOrderKnown = false;
     QHash<QString, std::optional<QVector<ColumnInfo>>> m_schema;
     qint64 m_schemaCalls = 0;
 };

@@ -636,7 +636,15 @@ static std::shared_ptr<Connection> openConnection(const QString& path, int flags
         throw JetError::cannotOpen(path);
     sqlite3_extended_result_codes(db, 0);
     sqlite3_busy_timeout(db, 2000);
-    jet::registerFunctions(db);
+    jet::registerFunctions(db, [conn = c.get()] { return conn->dateOrder(); });
+    // The settings row holds the country, which decides how the file's dates read.
+    sqlite3_update_hook(
+        db,
+        [](void* conn, int, const char*, const char* table, sqlite3_int64) {
+            if (sqlite3_stricmp(table, "cavyuser") == 0)
+                static_cast<Connection*>(conn)->settingsRowChanged();
+        },
+        c.get());
     jet::registerCollation(db);
     jet::refuseForeignCode(db);
     return c;
@@ -680,6 +688,11 @@ QString Database::path() const { return m_connection ? m_connection->path() : QS
 bool Database::isReadOnly() const
 {
     return isOpen() && sqlite3_db_readonly(m_connection->db(), "main") == 1;
+}
+
+DateOrder Database::dateOrder() const
+{
+    return isOpen() ? m_connection->dateOrder() : DateOrder::DayFirst;
 }
 
 void Database::Close()
@@ -731,6 +744,10 @@ int Database::Execute(const QString& sql)
                          kind == jet::StatementKind::Delete)
                             ? sqlite3_changes(c.db())
                             : 0;
+    // SQLite empties a table without telling the update hook.
+    if (kind == jet::StatementKind::Delete &&
+        p->translation.table.compare(QLatin1String("cavyuser"), Qt::CaseInsensitive) == 0)
+        c.settingsRowChanged();
     c.release(p);
     if (isSchemaStatement(kind))
         c.schemaChanged();

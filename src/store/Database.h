@@ -3,6 +3,7 @@
 // since the rest of the program builds Jet statements and walks recordsets as the Jet engine offers them.
 #pragma once
 
+#include "base/Dates.h"
 #include "store/JetError.h"
 #include "store/JetTypes.h"
 
@@ -158,6 +159,8 @@ public:
     bool isOpen() const;
     // True when the file was opened read-only, or SQLite could not open it for writing.
     bool isReadOnly() const;
+    // How the file's dates read: month first when its settings row says "United States", else day first.
+    DateOrder dateOrder() const;
     QString path() const;
     void Close();
     // No password to change: succeeds and leaves the file as it is (see OpenDatabase).

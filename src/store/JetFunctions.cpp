@@ -2043,10 +2043,24 @@ void finalKeep(Ctx* c)
     }
 }
 
+// A function of one connection: each call sees the regional order of the file it runs on.
+struct Binding {
+    void (*fn)(sqlite3_context*, int, sqlite3_value**);
+    std::shared_ptr<const std::function<DateOrder()>> orderOfFile;
+};
+
+void callInFileOrder(sqlite3_context* c, int argc, sqlite3_value** argv)
+{
+    const auto* b = static_cast<const Binding*>(sqlite3_user_data(c));
+    const ScopedDateOrder order((*b->orderOfFile)());
+    b->fn(c, argc, argv);
+}
+
 } // namespace
 
-void registerFunctions(sqlite3* db)
+void registerFunctions(sqlite3* db, std::function<DateOrder()> orderOfFile)
 {
+    const auto order = std::make_shared<const std::function<DateOrder()>>(std::move(orderOfFile));
     using Fn = void (*)(sqlite3_context*, int, sqlite3_value**);
 #ifdef SQLITE_RESULT_SUBTYPE
     constexpr int makesDate = SQLITE_RESULT_SUBTYPE;
@@ -2135,8 +2149,10 @@ void registerFunctions(sqlite3* db)
         {"jet_mod", 2, fnMod, pure},
         {"jet_pow", 2, fnPow, pure},
     };
-    for (const Def& d : defs)
-        sqlite3_create_function_v2(db, d.name, d.args, d.flags, nullptr, d.fn, nullptr, nullptr, nullptr);
+    for (const Def& d : defs) {
+        sqlite3_create_function_v2(db, d.name, d.args, d.flags, new Binding{d.fn, order}, callInFileOrder, nullptr,
+                                   nullptr, [](void* b) { delete static_cast<Binding*>(b); });
+    }
     sqlite3_create_function_v2(db, "jet_first", 1, SQLITE_UTF8 | makesDate, nullptr, nullptr, stepKeep<false>,
                                finalKeep, nullptr);
     sqlite3_create_function_v2(db, "jet_last", 1, SQLITE_UTF8 | makesDate, nullptr, nullptr, stepKeep<true>,

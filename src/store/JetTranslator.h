@@ -2,6 +2,8 @@
 // Translates one statement of Jet's SQL dialect into SQLite's, with Jet's meaning.
 #pragma once
 
+#include "base/Dates.h"
+
 #include <QString>
 #include <QVector>
 #include <functional>
@@ -32,6 +34,7 @@ struct Translation {
 Translation translate(const QString& jetSql, const SchemaLookup& schema);
 
 // Registers the functions the translated SQL calls (jet_year, jet_assign ..., Jet's LIKE) on a connection.
-void registerFunctions(sqlite3* db);
+// Their dates follow orderOfFile: the regional order of the file the connection has open.
+void registerFunctions(sqlite3* db, std::function<DateOrder()> orderOfFile = RegionalDateOrder);
 
 } // namespace jet
