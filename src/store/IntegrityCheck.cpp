@@ -105,6 +105,60 @@ void dropColumn(Database& db, const QString& table, const QString& column)
     });
 }
 
+// Columns that older versions had and this one removes; Breeding's Sold is still in its CREATE text.
+struct OldColumn {
+    const char* table;
+    const char* column;
+};
+constexpr OldColumn kDroppedColumns[] = {{"tree", "title"},         {"cavyuser", "fldStartNews"},
+                                         {"cavyuser", "fldfldBackground"}, {"cavyuser", "fldfldLogo"},
+                                         {"Breeding", "Sold"},      {"print", "PrintWhat"}};
+
+bool isDropped(const QString& table, const QString& column)
+{
+    for (const OldColumn& c : kDroppedColumns) {
+        if (table.compare(QLatin1String(c.table), Qt::CaseInsensitive) == 0 &&
+            column.compare(QLatin1String(c.column), Qt::CaseInsensitive) == 0)
+            return true;
+    }
+    return false;
+}
+
+void dropOldColumns(Database& db, const QString& table)
+{
+    for (const OldColumn& c : kDroppedColumns) {
+        if (table == QLatin1String(c.table))
+            dropColumn(db, table, QString::fromLatin1(c.column));
+    }
+}
+
+// Whatever the steps above name, a file ends with every column of the current CREATE statements:
+// the program's statements name them all, and an older file may lack any of them.
+void addMissingColumns(Database& db)
+{
+    for (const Schema::TableStatement& t : Schema::Tables()) {
+        bool added = false;
+        step([&] {
+            if (!db.hasTable(t.table))
+                return;
+            TableFields fields = db.TableDefs(t.table).Fields();
+            for (const Schema::ColumnText& c : Schema::Columns(t.table)) {
+                // A key column is made with its table; an old table without one keeps its rows as they are.
+                if (c.type.contains(QLatin1String("COUNTER"), Qt::CaseInsensitive) || fields.contains(c.name) ||
+                    isDropped(t.table, c.name))
+                    continue;
+                step([&] {
+                    db.Execute(QStringLiteral("ALTER TABLE ") + t.table + QStringLiteral(" ADD COLUMN ") + c.name +
+                               QLatin1Char(' ') + c.type);
+                    added = true;
+                });
+            }
+        });
+        if (added)
+            AllowZeroLength(db, t.table);
+    }
+}
+
 int columnType(Database& db, const QString& table, const QString& column)
 {
     TableFields fields = db.TableDefs(table).Fields();
@@ -430,7 +484,7 @@ bool CheckDatabase(Database& database, bool force, bool showMessage)
                 {"datesold", dbDate}, {"notes", dbText}, {"breeder", dbBoolean}, {"owner", dbBoolean},
                 {"leased", dbBoolean}, {"prefix", dbText}, {"suffix", dbText}, {"coi", dbText}, {"oldId", dbText},
                 {"motherId", dbText}, {"fatherId", dbText}});
-    dropColumn(database, QStringLiteral("tree"), QStringLiteral("title"));
+    dropOldColumns(database, QStringLiteral("tree"));
     AllowZeroLength(database, QStringLiteral("tree"));
 
     // 2. cavyuser
@@ -444,8 +498,7 @@ bool CheckDatabase(Database& database, bool force, bool showMessage)
                {{"fldOrganisation", dbText}, {"fldReminders", dbMemo}, {"fldFather", dbText}, {"fldMother", dbText},
                 {"fldPrefix", dbText}, {"fldNestBox", dbLong}, {"fldVersion", dbText}, {"fldRebreed", dbLong},
                 {"fldWean", dbLong}, {"fldTag", dbLong}, {"fldWeightMeasure", dbText}, {"fldAutoUpdate", dbLong}});
-    for (const char* old : {"fldStartNews", "fldfldBackground", "fldfldLogo"})
-        dropColumn(database, QStringLiteral("cavyuser"), QString::fromLatin1(old));
+    dropOldColumns(database, QStringLiteral("cavyuser"));
     for (const char* days : {"fldGestation", "fldWean", "fldNestBox", "fldRebreed"})
         ensureType(database, QStringLiteral("cavyuser"), QString::fromLatin1(days), dbLong);
     AllowZeroLength(database, QStringLiteral("cavyuser"));
@@ -461,7 +514,7 @@ bool CheckDatabase(Database& database, bool force, bool showMessage)
 
     // 4. breeding
     createTable(database, QStringLiteral("Breeding"));
-    dropColumn(database, QStringLiteral("Breeding"), QStringLiteral("Sold"));
+    dropOldColumns(database, QStringLiteral("Breeding"));
     addColumns(database, QStringLiteral("Breeding"),
                {{"Unsuccessful", dbInteger}, {"Stillborn", dbText}, {"numUndefined", dbInteger}});
     ensureType(database, QStringLiteral("Breeding"), QStringLiteral("Colour"), dbMemo);
@@ -487,7 +540,7 @@ bool CheckDatabase(Database& database, bool force, bool showMessage)
                 {"picTop", dbInteger}, {"objectPositions", dbMemo}, {"name", dbText}, {"background", dbText},
                 {"logo", dbText}, {"highlightChampions", dbInteger}, {"championColour", dbText},
                 {"logoSize", dbInteger}, {"fieldOrder", dbText}});
-    dropColumn(database, QStringLiteral("print"), QStringLiteral("PrintWhat"));
+    dropOldColumns(database, QStringLiteral("print"));
     AllowZeroLength(database, QStringLiteral("print"));
 
     // 7. contacts
@@ -525,6 +578,7 @@ bool CheckDatabase(Database& database, bool force, bool showMessage)
     AllowZeroLength(database, QStringLiteral("journal"));
     ensureType(database, QStringLiteral("journal"), QStringLiteral("journalNote"), dbMemo);
 
+    addMissingColumns(database);
     addLookupIndexes(database);
 
     // 13. flags of the old status column, only where a file still has it

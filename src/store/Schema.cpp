@@ -42,6 +42,22 @@ QString CreateStatement(const QString& table)
     return {};
 }
 
+QList<ColumnText> Columns(const QString& table)
+{
+    const QString create = CreateStatement(table);
+    const qsizetype open = create.indexOf(QLatin1Char('('));
+    QList<ColumnText> columns;
+    if (open < 0)
+        return columns;
+    // No type of these statements has a comma inside its parentheses.
+    for (const QString& part : create.mid(open + 1).chopped(1).split(QLatin1Char(','))) {
+        const QString definition = part.simplified();
+        const qsizetype space = definition.indexOf(QLatin1Char(' '));
+        columns.append({definition.left(space), definition.mid(space + 1)});
+    }
+    return columns;
+}
+
 const QString kSettingsRowInsert = QStringLiteral(
     "INSERT INTO cavyuser (fldAnimal,fldMale,fldFemale,fldGestation,fldFather,fldMother,fldNestBox,fldWean,fldRebreed,fldTag,fldAutoUpdate) VALUES ('Animal','Male','Female',0,'Father','Mother',0,0,0,0,1)");
 

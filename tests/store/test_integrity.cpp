@@ -6,6 +6,7 @@
 #include "store/DataFile.h"
 #include "store/IntegrityCheck.h"
 #include "store/Schema.h"
+#include "store/User.h"
 
 #include <QFile>
 
@@ -28,7 +29,7 @@ protected:
         db.Execute(QStringLiteral("CREATE INDEX title ON tree (title)"));
         db.Execute(QStringLiteral("INSERT INTO tree (name, sex, ancestor, journal) VALUES ('Ash', 'male', 0, 'Bought at the show')"));
         db.Execute(QStringLiteral("INSERT INTO tree (name, sex, ancestor) VALUES ('Birch', 'female', 1)"));
-        db.Execute(QStringLiteral("CREATE TABLE cavyuser (ID COUNTER PRIMARY KEY, fldEmail STRING, fldGestation STRING, "
+        db.Execute(QStringLiteral("CREATE TABLE cavyuser (ID COUNTER PRIMARY KEY, fldGestation STRING, "
                                   "fldWean STRING, fldVersion STRING, fldStartNews STRING)"));
         db.Execute(QStringLiteral("INSERT INTO cavyuser (fldGestation, fldWean, fldVersion) VALUES ('31', 'six', '") +
                    version + QStringLiteral("')"));
@@ -142,6 +143,37 @@ TEST_F(Integrity, AnOldFileIsBroughtUpToDate)
 
     EXPECT_EQ(value(db, QStringLiteral("SELECT name FROM print WHERE id = 1")).toString(), QStringLiteral("Custom"));
     EXPECT_EQ(GetVersionText(db), ProgramVersionText());
+    EXPECT_EQ(errorLog(), QString());
+}
+
+TEST_F(Integrity, AnUpgradedFileHasEveryColumnAndTakesTheSettingsSave)
+{
+    Database fresh = makeFile(QStringLiteral("fresh.cav"));
+    CheckDatabase(fresh, false, false);
+    Database db = oldFile(QStringLiteral("4.47"));
+    CheckDatabase(db, false, false);
+    for (const Schema::TableStatement& t : Schema::Tables()) {
+        TableFields upgraded = db.TableDefs(t.table).Fields();
+        for (const Schema::ColumnText& c : Schema::Columns(t.table)) {
+            if (c.name != QLatin1String("Sold") || t.table != QLatin1String("Breeding")) // removed on purpose
+                EXPECT_TRUE(upgraded.contains(c.name)) << t.table.toStdString() << "." << c.name.toStdString();
+        }
+    }
+    // The columns that no step names come with the type a new file gives them.
+    for (const char* c : {"fldEmail", "fldStudNum", "fldPhoneNum", "fldFather"}) {
+        const QString name = QString::fromLatin1(c);
+        EXPECT_EQ(db.TableDefs(QStringLiteral("cavyuser")).Fields()(name).Type(),
+                  fresh.TableDefs(QStringLiteral("cavyuser")).Fields()(name).Type()) << c;
+    }
+
+    User user;
+    user.read(db);
+    user.Email = QStringLiteral("kit@example.org");
+    user.StudNum = QStringLiteral("S-17");
+    user.PhoneNum = QStringLiteral("01234 567890");
+    ASSERT_TRUE(SaveSettingsToFile(db, user));
+    EXPECT_EQ(value(db, QStringLiteral("SELECT fldEmail & '|' & fldStudNum & '|' & fldPhoneNum FROM cavyuser")).toString(),
+              QStringLiteral("kit@example.org|S-17|01234 567890"));
     EXPECT_EQ(errorLog(), QString());
 }
 
