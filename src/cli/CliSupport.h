@@ -131,6 +131,7 @@ int cmdEdit(const CommandLine& cl, QTextStream& out);
 QStringList RecordOptions();
 int cmdSearch(const CommandLine& cl, QTextStream& out);
 int cmdTitle(const CommandLine& cl, QTextStream& out);
+int cmdCages(const CommandLine& cl, QTextStream& out);
 // Pedigrees and genetics (TreeCommands.cpp, CoiCommands.cpp, DescendantsCommands.cpp).
 int cmdTree(const CommandLine& cl, QTextStream& out);
 int cmdCoi(const CommandLine& cl, QTextStream& out);

@@ -266,6 +266,7 @@ const std::vector<CommandEntry>& commandTable()
         {"search", cmdSearch, {QStringLiteral("field1"), QStringLiteral("field2"), QStringLiteral("value2")},
          {QStringLiteral("contains"), QStringLiteral("current")}},
         {"title", cmdTitle, {}, {}},
+        {"cages", cmdCages, {}, {}},
         {"tree", cmdTree, {QStringLiteral("limit")}, {}},
         {"coi", cmdCoi, {QStringLiteral("generations"), QStringLiteral("sire"), QStringLiteral("dam")},
          {QStringLiteral("all"), QStringLiteral("mine")}},
@@ -391,6 +392,8 @@ QString UsageText()
         "                            works out and stores the coefficient of every animal, or of the\n"
         "                            current stock, and lists them\n"
         "  descendants PATH NAME     the descendants of NAME over nine generations\n"
+        "  cages PATH                the current stock by cage: cage, name without its title, tag, sex\n"
+        "                            and breed\n"
         "\n"
         "--today fixes the program's day. Output is one record a line, fields separated by a tab, Null\n"
         "as \\N; in a field a backslash, tab and line break are written \\\\, \\t and \\n.\n"

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// search and title: the record lists of the main window as a script reads them.
+// search, title and cages: the record lists of the main window as a script reads them.
 #include "cli/CliSupport.h"
 
+#include "records/CageList.h"
 #include "records/Lists.h"
 #include "records/Titles.h"
 #include "base/Log.h"
@@ -52,5 +53,20 @@ int cmdTitle(const CommandLine& cl, QTextStream& out)
     CloseDatabase();
     out << EscapeField(MatchTitle(titles, name)) << '\n';
     out << EscapeField(Lists::RemoveTitle(name)) << '\n';
+    return kExitOk;
+}
+
+int cmdCages(const CommandLine& cl, QTextStream& out)
+{
+    cl.expect({QStringLiteral("PATH")});
+    const OpenedDataFile file(cl.at(0));
+    Lists::LoadTitles(gUser.Prefix);
+    const ReportRows cages = CageRows(gDatabase);
+    for (const QStringList& row : cages.rows) {
+        QStringList fields;
+        for (const QString& cell : row.mid(1)) // the ID stays hidden, as in the window
+            fields << EscapeField(cell);
+        out << fields.join(QLatin1Char('\t')) << '\n';
+    }
     return kExitOk;
 }

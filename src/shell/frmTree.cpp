@@ -11,6 +11,7 @@
 #include "records/forms/SearchPane.h"
 #include "records/forms/ShowRecordOnForm.h"
 #include "records/forms/frmAdd.h"
+#include "records/forms/frmCage.h"
 #include "records/forms/frmPictures.h"
 #include "base/Folders.h"
 #include "base/Log.h"
@@ -140,13 +141,15 @@ const std::map<QString, Handler> kHandlers = {
     {QStringLiteral("mnuOpenError"), &frmTree::mnuOpenError_Click},
     {QStringLiteral("mnuClearRecent"), &frmTree::mnuClearRecent_Click},
     {QStringLiteral("mnuUpdateDatabase"), &frmTree::mnuUpdateDatabase_Click},
+    {QStringLiteral("mnuCage"), &frmTree::mnuCage_Click},
 };
 
 // Entries that work on the open data file: without one they wait.
 const QSet<QString> kNeedsDataFile = {
     QStringLiteral("mnuUser"),    QStringLiteral("mnuClearRecent"), QStringLiteral("mnuUpdateDatabase"),
     QStringLiteral("mnuSearch"),  QStringLiteral("mnuAdd"),         QStringLiteral("mnuSimilar"),
-    QStringLiteral("mnuEdit"),    QStringLiteral("mnuDelete"),      QStringLiteral("mnuInbreeding")};
+    QStringLiteral("mnuEdit"),    QStringLiteral("mnuDelete"),      QStringLiteral("mnuInbreeding"),
+    QStringLiteral("mnuCage")};
 
 
 
@@ -867,6 +870,12 @@ void frmTree::mnuDeleteLog_Click()
 void frmTree::mnuOpenError_Click() { showLog(ErrorLogPath(), QStringLiteral("There is no error log: no error has happened since the program started.")); }
 
 void frmTree::mnuClearRecent_Click() { ClearRecent(); }
+
+void frmTree::mnuCage_Click()
+{
+    frmCage form(this, this);
+    form.exec();
+}
 
 void frmTree::mnuUpdateDatabase_Click()
 {

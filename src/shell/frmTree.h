@@ -91,6 +91,7 @@ public slots:
     void mnuOpenError_Click();
     void mnuClearRecent_Click();
     void mnuUpdateDatabase_Click();
+    void mnuCage_Click();
 
 protected:
     void closeEvent(QCloseEvent* event) override;

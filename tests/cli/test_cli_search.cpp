@@ -93,3 +93,12 @@ TEST_F(CliSearch, TitleAndTheNameWithoutIt)
 }
 
 } // namespace
+
+TEST_F(CliSearch, CagesListTheCurrentStockAsTheCageWindowDoes)
+{
+    ASSERT_EQ(run({"sql", file, "UPDATE tree SET cage = 'Hutch 2', tag = 'T-' & name, name = 'CH ' & name "
+                                "WHERE name = 'Dill'"}).code, 0);
+    const Outcome r = run({"cages", file});
+    EXPECT_EQ(r.code, 0) << r.err.toStdString();
+    EXPECT_EQ(r.out, "\tAmber\t\tFemale\tRex\n\tO'Hara\t\tMale\tLop\nHutch 2\tDill\tT-Dill\tMale\tRex\n");
+}
