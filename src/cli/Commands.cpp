@@ -218,9 +218,18 @@ int cmdDemo(const CommandLine& cl, QTextStream&)
             fail(QStringLiteral("Cannot save the settings of %1").arg(cl.at(0)));
         ReadUserSettings(); // the dates written as text follow the country just saved
         GenerateOptions options;
-        options.animals = 120;
+        options.animals = 130;
         options.generations = 5;
         options.seed = seed;
+        options.ownStud = QStringLiteral("Ashgrove");
+        options.tagPrefix = QStringLiteral("AG");
+        options.breeds = 2;
+        options.outsideStuds = 5;
+        options.sireShare = 3;
+        options.maxCoefficient = 0.20;
+        options.lineBreeding = 0.3;
+        options.weanLitterDaysAgo = 40;
+        options.showcaseFirst = true;
         options.gestation = gUser.Gestation;
         options.weightMeasure = gUser.WeightMeasure;
         for (int i = 0; i < 12; ++i) {

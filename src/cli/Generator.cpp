@@ -34,8 +34,6 @@ private:
     std::mt19937 m_engine;
 };
 
-const QString kOwnStud = QStringLiteral("Willowbrook");
-
 const QStringList kOtherStuds = {
     QStringLiteral("Hillcrest"),    QStringLiteral("O'Malley's"),  QStringLiteral("Bramble Hollow"),
     QStringLiteral("Kit's Corner"), QStringLiteral("Silverleaf"),  QStringLiteral("Åsgården"),
@@ -136,6 +134,7 @@ struct Beast {
     bool deceased = false, sold = false, owner = true, breeder = true, leased = false;
     QDate died, soldOn;
     int breedIndex = 0;
+    int sire = -1, dam = -1; // indexes of the known parents
 };
 
 struct Mating {
@@ -231,6 +230,8 @@ public:
         }
         makeExtraMatings(n);
         settleFates();
+        if (opt.showcaseFirst)
+            showcaseFirst();
         makeSales();
         makeWeights();
         makeTreatments(n / 3);
@@ -255,6 +256,34 @@ public:
     QVector<Contact> contacts;
     QHash<QString, int> nameUses; // by lower-case name, since names compare case-blind
     int tagCounter = 0;
+
+    int breedCount() const
+    {
+        return opt.breeds > 0 ? std::min(opt.breeds, int(kBreeds.size())) : int(kBreeds.size());
+    }
+    int studCount() const
+    {
+        return opt.outsideStuds > 0 ? std::min(opt.outsideStuds, int(kOtherStuds.size())) : int(kOtherStuds.size());
+    }
+
+    // The kinship of two animals: the coefficient of inbreeding their young would have. Parents are
+    // always older, so they stand earlier in the list.
+    QHash<quint64, double> kinships;
+    double kinship(int a, int b)
+    {
+        if (a < 0 || b < 0)
+            return 0;
+        if (a == b)
+            return 0.5 * (1 + kinship(beasts[a].sire, beasts[a].dam));
+        if (a < b)
+            std::swap(a, b);
+        const quint64 key = (quint64(a) << 32) | quint32(b);
+        if (const auto it = kinships.constFind(key); it != kinships.constEnd())
+            return it.value();
+        const double k = 0.5 * (kinship(beasts[a].sire, b) + kinship(beasts[a].dam, b));
+        kinships.insert(key, k);
+        return k;
+    }
 
     QString uniqueName(const QString& base)
     {
@@ -283,7 +312,7 @@ public:
         b.dob = dob;
         b.breeder = bredHere;
         b.callName = rng.pick(kGivenNames);
-        const QString stud = bredHere && rng.chance(0.85) ? kOwnStud : rng.pick(kOtherStuds);
+        const QString stud = bredHere && rng.chance(0.85) ? opt.ownStud : kOtherStuds.at(rng.below(studCount()));
         b.name = uniqueName(stud + QLatin1Char(' ') + b.callName);
         if (rng.chance(0.06))
             b.notes = rng.pick(kNotes);
@@ -296,7 +325,7 @@ public:
         std::stable_sort(generation.begin(), generation.end(),
                          [](const Beast& a, const Beast& b) { return a.dob < b.dob; });
         for (Beast& b : generation)
-            b.tag = QStringLiteral("WB%1").arg(++tagCounter, 5, 10, QLatin1Char('0'));
+            b.tag = opt.tagPrefix + QStringLiteral("%1").arg(++tagCounter, 5, 10, QLatin1Char('0'));
         beasts += generation;
     }
 
@@ -305,9 +334,9 @@ public:
         generationStart.append(int(beasts.size()));
         QVector<Beast> founders;
         for (int i = 0; i < count; ++i) {
-            const int breed = i % int(kBreeds.size());
+            const int breed = i % breedCount();
             // Each breed gets a male and a female first, so that every line can be bred on.
-            const bool male = (i / int(kBreeds.size())) < 2 ? (i / int(kBreeds.size())) == 0 : rng.chance(0.4);
+            const bool male = (i / breedCount()) < 2 ? (i / breedCount()) == 0 : rng.chance(0.4);
             Beast b = newBeast(0, male, breed, firstDay.addDays(rng.below(span)), false);
             b.colour = rng.pick(kBreeds.at(breed).colours);
             b.ps = rng.chance(0.5) ? QString() : QStringLiteral("Unknown");
@@ -347,7 +376,7 @@ public:
         if (it != sirePools.end())
             return it.value();
         QVector<int> males = members(generation, true, breed);
-        const int keep = std::max(2, int(males.size()) / 12);
+        const int keep = std::max(2, int(males.size()) / std::max(1, opt.sireShare));
         QVector<int> pool;
         while (!males.isEmpty() && pool.size() < keep)
             pool.append(males.takeAt(rng.below(int(males.size()))));
@@ -390,9 +419,19 @@ public:
         QVector<Beast> litters;
         while (litters.size() < count) {
             const int dam = chooseDam(generation);
-            const int breed = dam >= 0 ? beasts[dam].breedIndex : rng.below(int(kBreeds.size()));
-            const int sire = chooseSire(generation, breed);
+            const int breed = dam >= 0 ? beasts[dam].breedIndex : rng.below(breedCount());
+            int sire = chooseSire(generation, breed);
+            // A breeder avoids close matings, and makes a few on purpose to fix a line.
+            for (int tries = 0; opt.maxCoefficient < 1.0 && sire >= 0 && dam >= 0 && tries < 30; ++tries) {
+                const double f = kinship(sire, dam);
+                if (f <= opt.maxCoefficient && (f <= 0.10 || rng.chance(opt.lineBreeding)))
+                    break;
+                sire = chooseSire(generation, breed);
+            }
             QDate born = windowStart.addDays(rng.below(span));
+            const bool toWean = opt.weanLitterDaysAgo > 0 && generation == opt.generations - 1 && litters.isEmpty();
+            if (toWean)
+                born = today.addDays(-opt.weanLitterDaysAgo);
             for (int parent : {sire, dam}) {
                 if (parent >= 0 && born < beasts[parent].dob.addDays(120))
                     born = beasts[parent].dob.addDays(120 + rng.below(30));
@@ -419,6 +458,10 @@ public:
                                                   : rng.pick(kBreeds.at(breed).colours);
                 b.ps = ps;
                 b.pd = pd;
+                b.sire = ps == (sire >= 0 ? beasts[sire].name : QString()) && sire >= 0 ? sire : -1;
+                b.dam = pd == (dam >= 0 ? beasts[dam].name : QString()) && dam >= 0 ? dam : -1;
+                if (toWean)
+                    b.owner = true;
                 b.owner = rng.chance(0.96);
                 (male ? boys : girls)++;
                 if (!colours.contains(b.colour))
@@ -561,6 +604,50 @@ public:
         }
     }
 
+    void ancestors(int i, int depth, QSet<int>& found) const
+    {
+        for (int parent : {beasts[i].sire, beasts[i].dam}) {
+            if (parent >= 0 && depth > 0) {
+                found.insert(parent);
+                ancestors(parent, depth - 1, found);
+            }
+        }
+    }
+
+    // The window opens on the first of the current stock by name: it gets the name of the one whose
+    // three generations are fullest and most varied, and that one takes its name.
+    void showcaseFirst()
+    {
+        int first = -1, best = -1, bestCount = -1;
+        for (int i = 0; i < beasts.size(); ++i) {
+            const Beast& b = beasts[i];
+            if (!b.owner || b.deceased || b.sold || !b.breeder)
+                continue;
+            if (first < 0 || b.name.compare(beasts[first].name, Qt::CaseInsensitive) < 0)
+                first = i;
+            QSet<int> found;
+            ancestors(i, 3, found);
+            if (int(found.size()) >= bestCount) {
+                best = i;
+                bestCount = int(found.size());
+            }
+        }
+        if (first < 0 || best == first)
+            return;
+        const QString a = beasts[first].name, b = beasts[best].name;
+        const auto swapName = [&](QString& n) { n = n == a ? b : n == b ? a : n; };
+        for (Beast& x : beasts) {
+            swapName(x.ps);
+            swapName(x.pd);
+        }
+        for (Mating& m : matings) {
+            swapName(m.boar);
+            swapName(m.sow);
+        }
+        std::swap(beasts[first].name, beasts[best].name);
+        std::swap(beasts[first].callName, beasts[best].callName);
+    }
+
     void makeWeights()
     {
         for (int i = 0; i < beasts.size(); ++i) {
@@ -683,7 +770,9 @@ public:
         return insert("breeding (Breed, Boar, Sow, Due, Mated, Born, numBoars, NumSows, Colour, Unsuccessful, "
                       "Stillborn, numUndefined)",
                       {text(m.breed), text(m.boar), text(m.sow), date(m.due), date(m.mated), date(m.born),
-                       text(m.numBoars), text(m.numSows), text(m.colour), flag(m.unsuccessful), text(m.stillborn),
+                       text(m.numBoars), text(m.numSows), text(m.colour),
+                       // the mating form stores its check box: 1, not -1
+                       m.unsuccessful ? QStringLiteral("1") : QStringLiteral("0"), text(m.stillborn),
                        QStringLiteral("0")});
     }
 
@@ -776,10 +865,10 @@ GenerateCounts GenerateStud(Database& database, const GenerateOptions& options)
 void ApplyDemoSettings(User& user, const SpeciesPreset& preset)
 {
     user.BreederName = QStringLiteral("Sam Fletcher");
-    user.Stud = QStringLiteral("Willowbrook Rabbitry");
-    user.StudNum = QStringLiteral("WB-1042");
+    user.Stud = QStringLiteral("Ashgrove Rabbitry");
+    user.StudNum = QStringLiteral("AG-1042");
     user.PhoneNum = QStringLiteral("555-0142");
-    user.Email = QStringLiteral("sam@willowbrook.example");
+    user.Email = QStringLiteral("sam@ashgrove.example");
     user.Country = QStringLiteral("United States");
     user.Organisation = QStringLiteral("Mid-Valley Rabbit Breeders Club");
     user.CustomDetail = GetPedigreeLabel(user.PhoneNum, user.StudNum, user.Email);

@@ -25,6 +25,17 @@ struct GenerateOptions {
     int weightCustomField = 0;
     // The last generation is born in the year before this day.
     QDate today;
+
+    // The shape of a stud a breeder would recognise; the defaults keep the synthetic one as it is.
+    QString ownStud = QStringLiteral("Willowbrook"); // the prefix of animals bred at home
+    QString tagPrefix = QStringLiteral("WB");
+    int breeds = 0;              // how many of the six breeds are kept; 0 for all
+    int outsideStuds = 0;        // stock from other studs comes from the first n of them; 0 for all
+    int sireShare = 12;          // one male in this many of a generation and breed is kept as a sire
+    double maxCoefficient = 1.0; // a mating whose young would be more inbred than this is not made
+    double lineBreeding = 1.0;   // the share of matings allowed above 10%
+    int weanLitterDaysAgo = 0;   // when set, one litter is born this many days before today
+    bool showcaseFirst = false;  // the first of the current stock by name gets a full, varied pedigree
 };
 
 struct GenerateCounts {

@@ -337,12 +337,24 @@ TEST_F(Cli, DemoNeedsNoSetupWizard)
         "\nFather\tSire\n", "\nMother\tDam\n", "\nGestation\t31\n", "\nNestBox\t29\n", "\nRebreed\t112\n",
         "\nWean\t56\n", "\nCountry\tUnited States\n", "\nCustomName1\tRegistry Number\n",
         "\nCustomName12\tBest Opposite In Show\n", "\nWeightMeasure\tpounds & ounces\n",
-        "\nCustomDetail\tPhone: 555-0142\\nStud Number: WB-1042\\nEmail: sam@willowbrook.example\n"};
+        "\nCustomDetail\tPhone: 555-0142\\nStud Number: AG-1042\\nEmail: sam@ashgrove.example\n"};
     for (const char* line : lines)
         EXPECT_TRUE(settings.contains(QLatin1String(line))) << line << "\n" << settings.toStdString();
     EXPECT_TRUE(settings.contains("\nVersion\t" + ProgramVersionText() + "\n"));
 
-    EXPECT_EQ(scalar(file, "SELECT Count(*) AS n FROM tree"), "120");
+    EXPECT_EQ(scalar(file, "SELECT Count(*) AS n FROM tree"), "130");
+    // A stud as breeders keep one: mostly outbred, a few line-bred, nothing closer than 25%; and
+    // something due on every page around the day (the tests' 2026-11-23).
+    ASSERT_EQ(run({"coi", file, "--all"}).code, 0);
+    EXPECT_EQ(scalar(file, "SELECT Count(*) AS n FROM tree WHERE Val(coi) > 25"), "0");
+    EXPECT_GE(scalar(file, "SELECT Count(*) AS n FROM tree WHERE Val(coi) >= 12.5").toInt(), 2);
+    EXPECT_GE(scalar(file, "SELECT Count(*) AS n FROM tree WHERE Val(coi) < 10").toInt(), 104);
+    for (const char* due : {"SELECT Count(*) AS n FROM Breeding WHERE Due > #11/23/2026# AND Born IS NULL",
+                            "SELECT Count(*) AS n FROM Breeding WHERE Born BETWEEN #09/28/2026# AND #10/26/2026#",
+                            "SELECT Count(*) AS n FROM vaccinations WHERE done = 'n' AND duedate < #01/01/2027#",
+                            "SELECT Count(*) AS n FROM reminders WHERE done = 'n'",
+                            "SELECT Count(*) AS n FROM tree WHERE sold = -1 AND datesold >= #01/01/2026#"})
+        EXPECT_NE(scalar(file, due), "0") << due;
     // Weights in pounds with the ounces as sixteenths, and the latest one in the "Weight" field.
     const QStringList weights = sql(file, "SELECT weight FROM weights").out.split('\n', Qt::SkipEmptyParts).mid(1);
     ASSERT_FALSE(weights.isEmpty());
