@@ -614,8 +614,8 @@ public:
         }
     }
 
-    // The window opens on the first of the current stock by name: it gets the name of the one whose
-    // three generations are fullest and most varied, and that one takes its name.
+    // The window opens on the first of the current stock by name: it gets the name of the grown animal
+    // whose three generations are fullest and most varied, and that one takes its name.
     void showcaseFirst()
     {
         int first = -1, best = -1, bestCount = -1;
@@ -625,6 +625,8 @@ public:
                 continue;
             if (first < 0 || b.name.compare(beasts[first].name, Qt::CaseInsensitive) < 0)
                 first = i;
+            if (b.dob.daysTo(today) < 240)
+                continue;
             QSet<int> found;
             ancestors(i, 3, found);
             if (int(found.size()) >= bestCount) {

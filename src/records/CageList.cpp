@@ -27,8 +27,9 @@ ReportRows CageRows(Database& database)
         out.rows.append({rs.Fields(QStringLiteral("id")).toString(), text("cage"), Lists::RemoveTitle(name),
                          text("tag"), Lists::SexWordOf(rs.Fields(QStringLiteral("sex")).toString()), text("breed")});
     }
+    // "Hutch A3" before "Hutch A10", as a breeder walks the shed.
     std::stable_sort(out.rows.begin(), out.rows.end(), [&](const QStringList& a, const QStringList& b) {
-        const int byCage = QString::compare(a.at(cage), b.at(cage), Qt::CaseInsensitive);
+        const int byCage = NaturalCompare(a.at(cage), b.at(cage));
         return byCage != 0 ? byCage < 0 : QString::compare(a.at(nameColumn), b.at(nameColumn), Qt::CaseInsensitive) < 0;
     });
     return out;

@@ -7,5 +7,5 @@
 class Database;
 
 // Columns "ID" (hidden), "Cage", "Name" (without its title), "Tag", "Sex" (in the file's words) and
-// "Breed", for the animals of "My Current Stock", by cage and then name, both case-blind.
+// "Breed", for the animals of "My Current Stock", by cage (numbers by value) and then name, case-blind.
 ReportRows CageRows(Database& database);

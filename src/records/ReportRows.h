@@ -32,3 +32,5 @@ struct ReportRows {
 inline QString ReportKey(const QString& id) { return QStringLiteral("A") + id; }
 // A done flag as the lists show it: "/" for "y" (any case), else `no` ("No ", with its blank, on most pages).
 QString DoneFlag(const QVariant& value, const QString& no = QStringLiteral("No "));
+// Compares case-blind, with runs of digits by their value: "Hutch A3" before "Hutch A10".
+int NaturalCompare(const QString& a, const QString& b);

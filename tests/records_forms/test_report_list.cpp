@@ -129,11 +129,11 @@ TEST(CageWindow, ListsTheCurrentStockByCageAndADoubleClickMakesOneCurrent)
     Lists::LoadTitles(gUser.Prefix);
     const char* rows[] = {
         "'GCh Clover', 'female', 'b2', 'T9', 'Dutch', 0, 0, -1",
-        "'Bramble', 'male', 'A1', 'T1', 'Rex', 0, 0, -1",
+        "'Bramble', 'male', 'A10', 'T1', 'Rex', 0, 0, -1",
         "'Sold One', 'male', 'A0', 'T2', 'Rex', 0, -1, -1",  // sold: not current stock
         "'Gone', 'female', 'A0', 'T3', 'Rex', -1, 0, -1",   // deceased
         "'Visitor', 'female', 'A0', 'T4', 'Rex', 0, 0, 0",  // not mine
-        "'ch Acorn', 'male', 'B2', '', 'Dutch', 0, 0, -1",
+        "'ch Acorn', 'male', 'A9', '', 'Dutch', 0, 0, -1",
     };
     for (const char* r : rows)
         gDatabase.Execute(QStringLiteral("INSERT INTO tree (name, sex, cage, tag, breed, deceased, sold, owner) "
@@ -142,7 +142,7 @@ TEST(CageWindow, ListsTheCurrentStockByCageAndADoubleClickMakesOneCurrent)
     QStringList shown;
     for (const QStringList& row : cages.rows)
         shown << row.mid(1).join(QLatin1Char('|'));
-    EXPECT_EQ(shown, (QStringList{"A1|Bramble|T1|Buck|Rex", "B2|Acorn||Buck|Dutch", "b2|Clover|T9|Doe|Dutch"}));
+    EXPECT_EQ(shown, (QStringList{"A9|Acorn||Buck|Dutch", "A10|Bramble|T1|Buck|Rex", "b2|Clover|T9|Doe|Dutch"}));
 
     HostSpy host;
     frmCage form(&host);
