@@ -230,6 +230,8 @@ int cmdDemo(const CommandLine& cl, QTextStream&)
         options.lineBreeding = 0.3;
         options.weanLitterDaysAgo = 40;
         options.showcaseFirst = true;
+        options.shows = 40;
+        options.journalNotes = 12;
         options.gestation = gUser.Gestation;
         options.weightMeasure = gUser.WeightMeasure;
         for (int i = 0; i < 12; ++i) {

@@ -235,8 +235,8 @@ public:
         makeSales();
         makeWeights();
         makeTreatments(n / 3);
-        makeShows(n / 40);
-        makeJournal(n / 100);
+        makeShows(opt.shows >= 0 ? opt.shows : n / 40);
+        makeJournal(opt.journalNotes >= 0 ? opt.journalNotes : n / 100);
         makeFinance(n / 20);
     }
 

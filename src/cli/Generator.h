@@ -36,6 +36,7 @@ struct GenerateOptions {
     double lineBreeding = 1.0;   // the share of matings allowed above 10%
     int weanLitterDaysAgo = 0;   // when set, one litter is born this many days before today
     bool showcaseFirst = false;  // the first of the current stock by name gets a full, varied pedigree
+    int shows = -1, journalNotes = -1; // how many to try for; -1 for a share of the animals
 };
 
 struct GenerateCounts {
