@@ -139,105 +139,69 @@ TEST_F(Wizard, TheListsHoldTheirRowsInOrder)
     EXPECT_TRUE(box<QComboBox>(u"cboWeightMeasure"_s)->isEditable());
 }
 
-TEST_F(Wizard, TypingCowAsksAndFillsItsRow)
+TEST_F(Wizard, AnAnimalWordAsksAndFillsItsRowOrNothing)
 {
-    env.ui().clear();
+    const struct {
+        const char* word;
+        bool picked; // from the list, not typed
+        Ui::Answer answer;
+        const char* question; // nullptr: none asked; "": one asked
+        const char* male;     // nullptr: the boxes stay as they were
+        const char* gestation;
+        QStringList titles;
+    } cases[] = {
+        {"Cow", false, Ui::Answer::Yes, "Would you like the program to suggest settings for Cows?\nYou can still edit "
+         "them before saving.", "bull", "285", kGeneral},
+        {"Rabbit", true, Ui::Answer::Yes, "", "buck", "31", {}},
+        {"Hedgehog", false, Ui::Answer::Yes, "Would you like the program to suggest settings for Hedgehogs?\nYou can "
+         "still edit them before saving.", nullptr},
+        {"Dog", false, Ui::Answer::No, "", nullptr},
+        {"[Animal not listed]", false, Ui::Answer::Yes, "", nullptr},
+        // A word the table lacks, the lower-case "cow" too, gets the plain terms and blank days.
+        {"Axolotl", false, Ui::Answer::Yes, "", "male", "", {"Ring"}},
+        {"cow", false, Ui::Answer::Yes, "", "male", "", {"Ring"}},
+        {"[Clear previous choice]", true, Ui::Answer::Yes, nullptr, "male", "", {}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.word);
+        delete wizard;
+        wizard = OpenSetupWizard();
+        box<QLineEdit>(u"txtCustomName1"_s)->setText(u"Ring"_s);
+        box<QLineEdit>(u"txtMale"_s)->setText(u"something"_s);
+        const WizardBoxes before = wizard->boxes();
+        env.ui().clear();
+        env.ui().queueAnswer(c.answer);
+        if (c.picked)
+            pickAnimal(QString::fromUtf8(c.word));
+        else
+            typeAnimal(QString::fromUtf8(c.word));
+        EXPECT_EQ(env.ui().calls().size(), c.question ? 1 : 0);
+        if (c.question && *c.question) {
+            EXPECT_EQ(env.ui().calls().value(0).text, QString::fromUtf8(c.question));
+            EXPECT_EQ(env.ui().calls().value(0).title, u"Settings"_s);
+            EXPECT_EQ(env.ui().calls().value(0).buttons, Ui::Buttons::YesNo);
+        }
+        WizardBoxes b = wizard->boxes();
+        if (!c.male) {
+            b.animal = before.animal;
+            EXPECT_EQ(b, before);
+            continue;
+        }
+        EXPECT_EQ(b.male, c.male);
+        EXPECT_EQ(b.gestation, c.gestation);
+        if (QString::fromUtf8(c.word) == u"Rabbit"_s)
+            EXPECT_EQ(b.customName[11], u"Best Opposite In Show"_s);
+        else
+            EXPECT_EQ(titles(b), c.titles);
+    }
+    // Cow's whole row; leaving the box again with the same word asks nothing more.
     typeAnimal(u"Cow"_s);
-    ASSERT_EQ(env.ui().calls().size(), 1);
-    EXPECT_EQ(env.ui().calls()[0].title, u"Settings"_s);
-    EXPECT_EQ(env.ui().calls()[0].buttons, Ui::Buttons::YesNo);
-    EXPECT_EQ(env.ui().calls()[0].text,
-              u"Would you like the program to suggest settings for Cows?\nYou can still edit them before saving."_s);
-
     const WizardBoxes b = wizard->boxes();
-    EXPECT_EQ(QStringList({b.male, b.female, b.father, b.mother}),
-              QStringList({u"bull"_s, u"cow"_s, u"Sire"_s, u"Dam"_s}));
-    EXPECT_EQ(QStringList({b.gestation, b.nestBox, b.rebreed, b.wean, b.tag}),
-              QStringList({u"285"_s, u"271"_s, u"168"_s, u"84"_s, u"0"_s}));
-    EXPECT_EQ(titles(b), kGeneral);
-
-    // Leaving the box again with the same word asks nothing more.
+    EXPECT_EQ(QStringList({b.male, b.female, b.father, b.mother, b.gestation, b.nestBox, b.rebreed, b.wean, b.tag}),
+              QStringList({u"bull"_s, u"cow"_s, u"Sire"_s, u"Dam"_s, u"285"_s, u"271"_s, u"168"_s, u"84"_s, u"0"_s}));
+    env.ui().clear();
     wizard->cboAnimal_LostFocus();
-    EXPECT_EQ(env.ui().calls().size(), 1);
-}
-
-TEST_F(Wizard, PickingRabbitFromTheListFillsTwelveTitles)
-{
-    env.ui().clear();
-    pickAnimal(u"Rabbit"_s);
-    EXPECT_EQ(env.ui().calls().size(), 1);
-    const WizardBoxes b = wizard->boxes();
-    EXPECT_EQ(b.male, u"buck"_s);
-    EXPECT_EQ(b.gestation, u"31"_s);
-    EXPECT_EQ(b.customName[0], u"Registry Number"_s);
-    EXPECT_EQ(b.customName[11], u"Best Opposite In Show"_s);
-}
-
-TEST_F(Wizard, HedgehogAsksAndChangesNothing)
-{
-    const WizardBoxes before = wizard->boxes();
-    env.ui().clear();
-    typeAnimal(u"Hedgehog"_s);
-    EXPECT_EQ(env.ui().messages(),
-              QStringList({u"Would you like the program to suggest settings for Hedgehogs?\n"
-                           u"You can still edit them before saving."_s}));
-    WizardBoxes after = wizard->boxes();
-    EXPECT_EQ(after.animal, u"Hedgehog"_s);
-    after.animal = before.animal;
-    EXPECT_EQ(after, before);
-}
-
-TEST_F(Wizard, AnsweringNoChangesNothing)
-{
-    const WizardBoxes before = wizard->boxes();
-    env.ui().queueAnswer(Ui::Answer::No);
-    typeAnimal(u"Dog"_s);
-    WizardBoxes after = wizard->boxes();
-    after.animal = before.animal;
-    EXPECT_EQ(after, before);
-    EXPECT_TRUE(env.ui().allUsed());
-}
-
-TEST_F(Wizard, AnUnknownWordGetsThePlainTermsAndBlankDays)
-{
-    box<QLineEdit>(u"txtCustomName2"_s)->setText(u"Gills"_s);
-    box<QLineEdit>(u"txtMale"_s)->setText(u"something"_s);
-    typeAnimal(u"Axolotl"_s);
-    const WizardBoxes b = wizard->boxes();
-    EXPECT_EQ(QStringList({b.male, b.female, b.father, b.mother}),
-              QStringList({u"male"_s, u"female"_s, u"Father"_s, u"Mother"_s}));
-    EXPECT_EQ(QStringList({b.gestation, b.nestBox, b.rebreed, b.wean}), QStringList({u""_s, u""_s, u""_s, u""_s}));
-    EXPECT_EQ(b.tag, u"0"_s);
-    EXPECT_EQ(b.customName[1], u"Gills"_s);
-    // The word of the table, as written: a lower-case "cow" is not the Cow of the table.
-    typeAnimal(u"cow"_s);
-    EXPECT_EQ(wizard->boxes().male, u"male"_s);
-}
-
-TEST_F(Wizard, ClearPreviousChoiceAsksNothingAndEmptiesTheSpecies)
-{
-    pickAnimal(u"Dog"_s);
-    env.ui().clear();
-    pickAnimal(u"[Clear previous choice]"_s);
     EXPECT_TRUE(env.ui().calls().isEmpty());
-    const WizardBoxes b = wizard->boxes();
-    EXPECT_EQ(b.animal, u""_s);
-    EXPECT_EQ(QStringList({b.male, b.female, b.father, b.mother}),
-              QStringList({u"male"_s, u"female"_s, u"Father"_s, u"Mother"_s}));
-    EXPECT_EQ(b.gestation, u""_s);
-    EXPECT_TRUE(titles(b).isEmpty());
-}
-
-TEST_F(Wizard, AnimalNotListedAsksAndFillsNothing)
-{
-    box<QLineEdit>(u"txtCustomName1"_s)->setText(u"Ring"_s);
-    const WizardBoxes before = wizard->boxes();
-    env.ui().clear();
-    typeAnimal(u"[Animal not listed]"_s);
-    EXPECT_EQ(env.ui().messages().size(), 1);
-    WizardBoxes after = wizard->boxes();
-    after.animal = before.animal;
-    EXPECT_EQ(after, before);
 }
 
 TEST_F(Wizard, NextStartAndThePageLabels)
