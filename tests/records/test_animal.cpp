@@ -483,15 +483,6 @@ TEST_F(AnimalTest, AnEmptyInstanceGivesTheNotice)
               "To find records in this database click the SEARCH button. \r");
 }
 
-TEST_F(AnimalTest, TitlesLongestFirst)
-{
-    gUser.Prefix = QStringLiteral("Champion,Grand Champion,GC");
-    EXPECT_EQ(Animal::GetTitle("Grand Champion Rex"), "Grand Champion");
-    EXPECT_EQ(Animal::GetTitle("champion rex"), "Champion");
-    EXPECT_EQ(Animal::GetTitle("GCRex"), "");
-    EXPECT_EQ(Animal::GetTitle("Rex"), "");
-}
-
 TEST_F(AnimalTest, ClearFieldsLeavesLeasedAndTheDerivedTexts)
 {
     exec("INSERT INTO tree (name,breed,leased,sold,dob) VALUES ('Ash','Rex',-1,-1,#11/20/2025#)");

