@@ -67,14 +67,22 @@ protected:
 
     void TearDown() override
     {
+        reset();
+        Chooser::SetHandOvers({});
+        SetSetupWizardHook({});
+    }
+    // As at the start of a run: no window, no file, no default, nothing shown.
+    void reset()
+    {
         delete frmOpenFile::instance();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         CloseDatabase();
         Chooser::RemoveDefault();
-        Chooser::SetHandOvers({});
-        SetSetupWizardHook({});
         gAutoOpened = false;
         gDatabaseFile.clear();
+        Chooser::SetLoadOrderPending(true);
+        mainWindows = wizards = ends = 0;
+        env.ui().clear();
     }
 
     // The chooser on screen with its list loaded, as ShowChooser leaves it once nothing opened by itself.
@@ -194,167 +202,121 @@ TEST_F(ChooserTest, BlanksOfTheNameBecomeUnderscoresAndATakenNameIsRefused)
     EXPECT_EQ(mainWindows, 0);
 }
 
-TEST_F(ChooserTest, AStaleDefaultIsRemovedSilentlyAndTheListShows)
+TEST_F(ChooserTest, TheStartOpensTheDefaultOrTheCommandLinesFileOrShowsTheList)
 {
-    const QString good = makeDataFile(env.dataFolder(), QStringLiteral("Rabbits.cav"), QStringLiteral("Rabbit"));
-    Chooser::SetDefaultDatabase(env.root() + QStringLiteral("moved away.cav"));
-
-    ShowChooser();
-
-    EXPECT_EQ(defaultSetting(), QStringLiteral("<none>"));
-    EXPECT_TRUE(env.ui().messages().isEmpty());
-    ASSERT_NE(frmOpenFile::instance(), nullptr);
-    ASSERT_EQ(frmOpenFile::instance()->rows().size(), 1);
-    EXPECT_EQ(frmOpenFile::instance()->rows()[0].path, good);
-    EXPECT_FALSE(gAutoOpened);
-    EXPECT_EQ(mainWindows, 0);
-}
-
-TEST_F(ChooserTest, AWorkingDefaultOpensWithoutTheList)
-{
-    const QString good = makeDataFile(env.dataFolder(), QStringLiteral("Rabbits.cav"), QStringLiteral("Rabbit"));
-    Chooser::SetDefaultDatabase(good);
-
-    ShowChooser();
-
-    EXPECT_EQ(frmOpenFile::instance(), nullptr);
-    EXPECT_TRUE(gAutoOpened);
-    EXPECT_EQ(gDatabaseFile, good);
-    EXPECT_EQ(mainWindows, 1);
-    EXPECT_EQ(defaultSetting(), good);
-}
-
-TEST_F(ChooserTest, OpenFromTheMainWindowShowsTheListEvenWithADefault)
-{
-    const QString good = makeDataFile(env.dataFolder(), QStringLiteral("Rabbits.cav"), QStringLiteral("Rabbit"));
+    const QString good = makeDataFile(env.dataFolder(), "Rabbits.cav", "Rabbit");
+    const QString goats = makeDataFile(env.root(), "Goats.cav", "Goat");
+    const QString missing = env.root() + "stick/Goats.cav";
+    const struct {
+        const char* name;
+        QString defaultFile;
+        QString commandLine;
+        QString opened; // empty: the list shows, with the data folder's one file
+        QString error;  // the one box shown, if any
+        QString defaultAfter;
+    } cases[] = {
+        {"a stale default is removed silently", env.root() + "moved away.cav", "", "", "", "<none>"},
+        {"a working default opens", good, "", good, "", good},
+        {"a command-line file opens", "", goats, goats, "", "<none>"},
+        {"a command-line file that does not open", "", missing, "", "Error launching " + missing, "<none>"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        reset();
+        if (!c.defaultFile.isEmpty())
+            Chooser::SetDefaultDatabase(c.defaultFile);
+        ShowChooser(c.commandLine);
+        if (c.opened.isEmpty()) {
+            ASSERT_NE(frmOpenFile::instance(), nullptr);
+            ASSERT_EQ(frmOpenFile::instance()->rows().size(), 1);
+            EXPECT_EQ(frmOpenFile::instance()->rows()[0].path, good);
+        } else {
+            EXPECT_EQ(frmOpenFile::instance(), nullptr);
+            EXPECT_EQ(gDatabaseFile, c.opened);
+        }
+        EXPECT_EQ(gAutoOpened, !c.opened.isEmpty());
+        EXPECT_EQ(mainWindows, c.opened.isEmpty() ? 0 : 1);
+        const auto shown = dialogs();
+        ASSERT_EQ(shown.size(), c.error.isEmpty() ? 0 : 1);
+        if (!shown.isEmpty()) {
+            EXPECT_EQ(shown[0].text, c.error);
+            EXPECT_EQ(shown[0].title, "Error");
+            EXPECT_EQ(shown[0].icon, Ui::Icon::Exclamation);
+        }
+        EXPECT_EQ(defaultSetting(), c.defaultAfter);
+    }
+    // Open from the main window shows the list even with a default.
+    reset();
     Chooser::SetDefaultDatabase(good);
     ShowChooser();
     ASSERT_EQ(mainWindows, 1);
     CloseDatabase();
-
     ShowChooser();
-
     ASSERT_NE(frmOpenFile::instance(), nullptr);
     EXPECT_EQ(frmOpenFile::instance()->rows().size(), 1);
     EXPECT_EQ(mainWindows, 1);
 }
 
-TEST_F(ChooserTest, ACommandLinePathThatDoesNotOpenIsReportedThenTheListShows)
+TEST_F(ChooserTest, RowsShowNameCountDateAndTheOpenFile)
 {
-    makeDataFile(env.dataFolder(), QStringLiteral("Rabbits.cav"), QStringLiteral("Rabbit"));
-    const QString missing = env.root() + QStringLiteral("stick/Goats.cav");
-
-    ShowChooser(QLatin1Char('"') + missing + QLatin1Char('"'));
-
-    const auto calls = dialogs();
-    ASSERT_EQ(calls.size(), 1);
-    EXPECT_EQ(calls[0].text, QStringLiteral("Error launching ") + missing);
-    EXPECT_EQ(calls[0].title, QStringLiteral("Error"));
-    EXPECT_EQ(calls[0].icon, Ui::Icon::Exclamation);
-    ASSERT_NE(frmOpenFile::instance(), nullptr);
-    EXPECT_EQ(frmOpenFile::instance()->rows().size(), 1);
-    EXPECT_EQ(mainWindows, 0);
-}
-
-TEST_F(ChooserTest, ACommandLinePathThatOpensGoesStraightToTheMainWindow)
-{
-    const QString path = makeDataFile(env.root(), QStringLiteral("Goats.cav"), QStringLiteral("Goat"));
-
-    ShowChooser(path);
-
-    EXPECT_EQ(frmOpenFile::instance(), nullptr);
-    EXPECT_TRUE(gAutoOpened);
-    EXPECT_EQ(gDatabaseFile, path);
-    EXPECT_EQ(mainWindows, 1);
-}
-
-TEST_F(ChooserTest, NamesOf31CharactersOrMoreAreCut)
-{
-    const QString thirty = QString(26, QLatin1Char('a')) + QStringLiteral(".cav");
-    const QString thirtyOne = QString(27, QLatin1Char('b')) + QStringLiteral(".cav");
-    ASSERT_EQ(thirty.size(), 30);
-    ASSERT_EQ(thirtyOne.size(), 31);
-    makeDataFile(env.dataFolder(), thirty, QStringLiteral("Rabbit"));
-    makeDataFile(env.dataFolder(), thirtyOne, QStringLiteral("Rabbit"));
-
-    frmOpenFile* chooser = showList();
-
-    EXPECT_EQ(rowText(chooser, "lblFolder", 0), thirty);
-    EXPECT_EQ(rowText(chooser, "lblFolder", 1), QString(27, QLatin1Char('b')) + QStringLiteral("..."));
-    EXPECT_LE(rowText(chooser, "lblFolder", 1).size(), 30);
-}
-
-TEST_F(ChooserTest, RowsShowCountDateAndTheOpenFile)
-{
-    const QString sheep = makeDataFile(env.dataFolder(), QStringLiteral("Flock.cav"), QStringLiteral("Sheep"), 3);
-    const QString pigs = makeDataFile(env.dataFolder(), QStringLiteral("Sties.cav"), QStringLiteral("Pig"), 5);
+    // Names of 31 characters or more are cut.
+    const QString thirty = QString(26, 'a') + ".cav";
+    makeDataFile(env.dataFolder(), thirty, "Rabbit");
+    makeDataFile(env.dataFolder(), QString(27, 'b') + ".cav", "Rabbit");
+    const QString sheep = makeDataFile(env.dataFolder(), "Flock.cav", "Sheep", 3);
+    const QString pigs = makeDataFile(env.dataFolder(), "Sties.cav", "Pig", 5);
     ASSERT_TRUE(OpenDataFile(pigs));
 
     frmOpenFile* chooser = showList();
 
-    ASSERT_EQ(chooser->rows().size(), 2);
-    EXPECT_EQ(rowText(chooser, "lblRecords", 0), QStringLiteral("3 records"));
-    EXPECT_EQ(rowText(chooser, "lblRecords", 1), QStringLiteral("FILE OPENED"));
-    EXPECT_EQ(chooser->rows()[0].icon, Chooser::IconSheep);
-    EXPECT_EQ(chooser->rows()[1].records, 5);
-    EXPECT_EQ(chooser->rows()[0].modified.date(), QFileInfo(sheep).lastModified().date());
-    EXPECT_FALSE(rowText(chooser, "lblModified", 0).isEmpty());
+    ASSERT_EQ(chooser->rows().size(), 4);
+    EXPECT_EQ(rowText(chooser, "lblFolder", 0), thirty);
+    EXPECT_EQ(rowText(chooser, "lblFolder", 1), QString(27, 'b') + "...");
+    EXPECT_EQ(rowText(chooser, "lblRecords", 2), "3 records");
+    EXPECT_EQ(rowText(chooser, "lblRecords", 3), "FILE OPENED");
+    EXPECT_EQ(chooser->rows()[2].icon, Chooser::IconSheep);
+    EXPECT_EQ(chooser->rows()[3].records, 5);
+    EXPECT_EQ(chooser->rows()[2].modified.date(), QFileInfo(sheep).lastModified().date());
+    EXPECT_FALSE(rowText(chooser, "lblModified", 2).isEmpty());
 }
 
-TEST_F(ChooserTest, DeletingTheOpenFileFailsWithItsText)
+TEST_F(ChooserTest, DeleteAsksAndTakesAClosedFileWithItsJournalRecentListAndDefaultButNeverTheOpenFile)
 {
-    const QString path = makeDataFile(env.dataFolder(), QStringLiteral("Herd.cav"), QStringLiteral("Cow"), 2);
-    ASSERT_TRUE(OpenDataFile(path));
-    frmOpenFile* chooser = showList();
-    env.ui().clear();
-    env.ui().queueAnswer(Ui::Answer::Yes);
-
-    trigger(chooser, 0, "mnuDelete");
-
-    const auto calls = dialogs();
-    ASSERT_EQ(calls.size(), 2);
-    EXPECT_EQ(calls[0].title, QStringLiteral("Delete File"));
-    EXPECT_EQ(calls[0].text, QStringLiteral("Are you sure you want to delete Herd.cav?"));
-    EXPECT_EQ(calls[1].title, QStringLiteral("Delete Error"));
-    EXPECT_EQ(calls[1].text, kDeleteError);
-    EXPECT_TRUE(QFileInfo::exists(path));
-    EXPECT_TRUE(gDatabase.isOpen());
-}
-
-TEST_F(ChooserTest, DeletingAClosedFileTakesItAndItsDefaultAway)
-{
-    const QString keep = makeDataFile(env.dataFolder(), QStringLiteral("Aviary.cav"), QStringLiteral("Parrot"));
-    const QString gone = makeDataFile(env.dataFolder(), QStringLiteral("Loft.cav"), QStringLiteral("Pigeon"));
+    const QString keep = makeDataFile(env.dataFolder(), "Aviary.cav", "Parrot");
+    const QString open = makeDataFile(env.dataFolder(), "Herd.cav", "Cow", 2);
+    const QString gone = makeDataFile(env.dataFolder(), "Loft.cav", "Pigeon", 3);
+    ASSERT_TRUE(OpenDataFile(open));
     Chooser::SetDefaultDatabase(gone);
     gAutoOpened = true; // as after the start: the default has had its turn
     frmOpenFile* chooser = showList();
+    env.ui().clear();
+
+    env.ui().queueAnswer(Ui::Answer::Yes);
+    trigger(chooser, 1, "mnuDelete");
+    const auto calls = dialogs();
+    ASSERT_EQ(calls.size(), 2);
+    EXPECT_EQ(calls[0].title, "Delete File");
+    EXPECT_EQ(calls[0].text, "Are you sure you want to delete Herd.cav?");
+    EXPECT_EQ(calls[1].title, "Delete Error");
+    EXPECT_EQ(calls[1].text, kDeleteError);
+    EXPECT_TRUE(QFileInfo::exists(open));
+    EXPECT_TRUE(gDatabase.isOpen());
 
     env.ui().queueAnswer(Ui::Answer::No);
-    trigger(chooser, 1, "mnuDelete");
+    trigger(chooser, 2, "mnuDelete");
     EXPECT_TRUE(QFileInfo::exists(gone));
 
+    // The journal and the recent list go too, so a new file of that name starts clean.
+    TestEnv::writeText(gone + "-journal", "pages of the deleted file");
+    TestEnv::writeText(env.settingsFolder() + "Loft.cav.txt", "Blue Bar\n");
     env.ui().queueAnswer(Ui::Answer::Yes);
-    trigger(chooser, 1, "mnuDelete");
+    trigger(chooser, 2, "mnuDelete");
     EXPECT_FALSE(QFileInfo::exists(gone));
-    EXPECT_TRUE(QFileInfo::exists(keep));
-    EXPECT_EQ(defaultSetting(), QStringLiteral("<none>"));
-    ASSERT_EQ(chooser->rows().size(), 1);
+    EXPECT_FALSE(QFileInfo::exists(gone + "-journal"));
+    EXPECT_FALSE(QFileInfo::exists(env.settingsFolder() + "Loft.cav.txt"));
+    EXPECT_EQ(defaultSetting(), "<none>");
+    ASSERT_EQ(chooser->rows().size(), 2);
     EXPECT_EQ(chooser->rows()[0].path, keep);
-}
-
-TEST_F(ChooserTest, DeletingTakesTheJournalAndTheRecentListSoANewFileOfThatNameStartsClean)
-{
-    const QString gone = makeDataFile(env.dataFolder(), QStringLiteral("Loft.cav"), QStringLiteral("Pigeon"), 3);
-    const QString journal = gone + QStringLiteral("-journal");
-    TestEnv::writeText(journal, QStringLiteral("pages of the deleted file"));
-    TestEnv::writeText(env.settingsFolder() + QStringLiteral("Loft.cav.txt"), QStringLiteral("Blue Bar\n"));
-    frmOpenFile* chooser = showList();
-
-    env.ui().queueAnswer(Ui::Answer::Yes);
-    trigger(chooser, 0, "mnuDelete");
-    EXPECT_FALSE(QFileInfo::exists(gone));
-    EXPECT_FALSE(QFileInfo::exists(journal));
-    EXPECT_FALSE(QFileInfo::exists(env.settingsFolder() + QStringLiteral("Loft.cav.txt")));
 }
 
 // A save cut short by a crash: the file holds half of a change and its journal the pages before it.
